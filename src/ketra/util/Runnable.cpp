@@ -1,0 +1,7 @@
+#include <ketra/util/Runnable.h>
+
+namespace util {
+
+Runnable::~Runnable() = default;
+
+} // namespace util
