@@ -1,0 +1,26 @@
+#include <ketra/thermo/input/NozzleInletConditions.h>
+
+namespace thermo::input {
+
+void NozzleInletConditions::setContractionAreaRatio(double ratio)
+{
+    clear(massFlux);
+    contractionAreaRatio.create().set(ratio);
+}
+
+void NozzleInletConditions::setMassFlux(double flux, MassFlux::UNITS unit, bool keepUnit)
+{
+    clear(contractionAreaRatio);
+    massFlux.create().set(flux, unit, keepUnit);
+}
+
+void NozzleInletConditions::validate()
+{
+    if (!isContractionAreaRatioSet() && !isMassFluxSet())
+        failInvalid(
+            "Neither contraction area ratio nor mass flux is defined within NozzleInletConditions");
+}
+
+void NozzleInletConditions::fields(Fields& walk) { walk.oneOf(contractionAreaRatio, massFlux); }
+
+} // namespace thermo::input

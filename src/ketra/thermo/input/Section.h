@@ -1,0 +1,52 @@
+#pragma once
+
+#include <ketra/thermo/input/OptionalNode.h>
+
+namespace thermo::input {
+
+/// One walk over the members of a section in the order of the document, either reading or writing
+/// them. A section describes its members once, and both directions follow the description.
+class KETRA_API Fields
+{
+public:
+    virtual ~Fields() = default;
+
+    /// A member that is always there.
+    virtual void field(Node& member) = 0;
+    /// A member that may be absent: it is read if the document has its key, written if it is set.
+    /// \returns whether it was there
+    virtual bool field(OptionalNode& member) = 0;
+    /// Members that are written as with `all` false, however the rest of the document is written.
+    virtual void sparse(Node& member) = 0;
+    virtual bool sparse(OptionalNode& member) = 0;
+    /// Alternatives: the first key found is the one that is read, the first member set the one that
+    /// is written, and the others are not looked at.
+    template <class... Members> void oneOf(Members&... members)
+    {
+        static_cast<void>((field(members) || ...));
+    }
+
+protected:
+    Fields() = default;
+    Fields(const Fields&) = default;
+    Fields& operator=(const Fields&) = default;
+};
+
+/// A group of the document. Its members are listed in `fields`; from this list it is read and
+/// written. What a group does beyond that it does in its own `read` and `write`.
+class KETRA_API Section : public Node
+{
+public:
+    using Node::Node;
+
+    /// \throws libconfig::SettingNotFoundException if \p parent has no such group
+    /// \throws Exception 4 for an unknown unit
+    void read(const libconfig::Setting& parent) override;
+    void write(libconfig::Setting& parent, bool all) override;
+
+private:
+    /// Shows every member to \p walk.
+    virtual void fields(Fields& walk) = 0;
+};
+
+} // namespace thermo::input
