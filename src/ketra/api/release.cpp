@@ -1,0 +1,24 @@
+#include <ketra/api/ketra.h>
+
+#include <ketra/performance/TheoreticalPerformance.h>
+#include <ketra/reaction/ReactingMixture.h>
+#include <ketra/thermo/ChemicalFormula.h>
+#include <ketra/thermo/Mixture.h>
+#include <ketra/thermo/Species.h>
+#include <ketra/thermo/input/ConfigFile.h>
+
+#include <cstdlib>
+
+void deleteConfig(thermo::input::ConfigFile* config) { delete config; }
+
+void deletePerformance(performance::TheoreticalPerformance* performance) { delete performance; }
+
+void deleteMixture(thermo::Mixture* mixture) { delete mixture; }
+
+void deleteReactingMixture(reaction::ReactingMixture* mixture) { delete mixture; }
+
+void deleteSpecies(thermo::Species* species) { delete species; }
+
+void deleteChemicalFormula(thermo::ChemicalFormula* formula) { delete formula; }
+
+void freeObject(void* block) { std::free(block); }
