@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Document.h"
+#include "ExitCode.h"
+#include "Findings.h"
+
+#include <string>
+
+namespace host {
+
+/// What the user asks of `ketra check`.
+struct CheckOptions {
+    std::string document;
+    std::string resources; ///< folder; empty: to be looked for
+    bool verbose = false;
+    bool strict = false; ///< warnings count as errors
+    bool allowInclude = false;
+};
+
+/// The part of a check that needs no species: text, syntax, format, recipe. No log may be open.
+void checkWithoutSpecies(const Document& document, Findings& findings);
+
+/// Reads a document and says what is wrong with it, where, and how to mend it. \throws Failure
+ExitCode checkDocument(const CheckOptions& options);
+
+} // namespace host

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+namespace host {
+
+/// The folder of the species files.
+class Resources
+{
+public:
+    /// Looks for the folder: the stated one; else the one in the environment variable
+    /// KETRA_RESOURCES; else the installed one, first beside this program and then where it was
+    /// configured to be; else "resources" in the working folder. The first two are not passed over
+    /// when they hold no species file: they were asked for.
+    /// \throws Failure that lists where it looked
+    explicit Resources(const std::string& stated);
+
+    const std::string& getFolder() const { return folder; }
+    /// Fills the library's database from the files of the folder. \throws Failure
+    void load() const;
+
+private:
+    std::string folder;
+};
+
+} // namespace host
