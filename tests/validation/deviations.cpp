@@ -1,0 +1,102 @@
+// Prints the tables of docs/verification.md: how far the library is from the reference states, or
+// with the argument --laws how the laws of equilibrium hold over random states; --failures lists
+// those that do not converge or not close.
+
+#include <support/LawStatistics.h>
+#include <support/ReferenceStates.h>
+
+#include <ketra/runtime/Exception.h>
+
+#include <cstdio>
+#include <exception>
+#include <map>
+#include <string>
+
+using namespace ketra_test;
+
+namespace {
+
+const char* const quantities[] = {"T", "p", "rho", "M", "MW", "cp", "gamma_s", "a", "x"};
+
+void printRow(const std::string& name, const std::map<std::string, double>& worst, const char* note)
+{
+    std::printf("| %s |", name.c_str());
+    for (const char* quantity : quantities) {
+        const auto found = worst.find(quantity);
+        if (found == worst.end())
+            std::printf(" |");
+        else
+            std::printf(" %.1e |", found->second);
+    }
+    std::printf(" %s |\n", note);
+}
+
+/// One case: the largest deviation of each quantity over its stations without a blend, and one row
+/// for each station with a blend.
+void printCase(const ReferenceCase& c)
+{
+    std::map<std::string, double> worst;
+    for (const ReferenceState& state : c.states) {
+        const std::string name = c.id + ", station " + std::to_string(state.station);
+        try {
+            const FoundState found = findState(c, state, typeOf(state), true);
+            const bool blend = found.blend || state.twoPhase;
+            std::map<std::string, double> own;
+            std::string beyond;
+            for (const Deviation& d : deviationsOf(c, state, found)) {
+                double& most = blend ? own[d.quantity] : worst[d.quantity];
+                most = std::max(most, d.value);
+                if (!(d.value <= d.limit)) beyond += " " + d.quantity;
+            }
+            if (blend)
+                printRow(name, own, found.blend ? "blend of two phases" : "melting point, no band");
+            if (!beyond.empty())
+                std::printf("| %s: beyond its limit:%s |\n", name.c_str(), beyond.c_str());
+        } catch (const runtime::Exception& e) {
+            std::printf("| %s: code %u, %s |\n", name.c_str(), e.getType(), e.getMessage());
+        }
+    }
+    printRow(c.id, worst, c.holds("Air") ? "Air" : "");
+}
+
+void printStatistics(const char* name, const LawStatistics& s, bool lines)
+{
+    std::printf("| %s | |\n|---|---|\n", name);
+    std::printf("| states, solved at given p and T | %d, %d |\n", s.states, s.solved);
+    std::printf("| with a blend of two phases | %d |\n", s.blends);
+    std::printf("| element balance, of the largest element | %.1e |\n", s.worst.balance);
+    std::printf("| net charge, of the largest element | %.1e |\n", s.worst.charge);
+    std::printf("| least amount, mol | %.1e |\n", s.worst.leastAmount);
+    std::printf("| most by which a feasible change lowers G/(R T n) | %.1e |\n", -s.worst.descent);
+    std::printf("| G against H - T S, U against H - p v, of R T | %.1e |\n", s.worst.energies);
+    std::printf("| T of the five other problems, relative | %.1e |\n", s.worstClosing);
+    std::printf("| the same with a blend | %.1e |\n", s.worstBlendClosing);
+    std::printf("| problems that end at another T | %d |\n", s.notClosing);
+    std::printf("| states that lack a condensed phase | %d |\n", s.missingPhases);
+    for (const auto& [kind, count] : s.failures)
+        std::printf("| no convergence: %s | %d |\n", kind.c_str(), count);
+    if (lines)
+        for (const std::string& line : s.lines) std::printf("%s\n", line.c_str());
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        const std::string option = argc > 1 ? argv[1] : "";
+        if (option == "--laws" || option == "--failures") {
+            const bool lines = option == "--failures";
+            printStatistics("propellants", examinePropellants(1, 3000), lines);
+            printStatistics("random elements", examineElements(1, 3000), lines);
+            return 0;
+        }
+        std::printf("| case | T | p | rho | M | MW | cp | gamma_s | a | x | |\n");
+        std::printf("|---|---|---|---|---|---|---|---|---|---|---|\n");
+        for (const ReferenceCase& c : referenceCases()) printCase(c);
+        return 0;
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "%s\n", e.what());
+        return 1;
+    }
+}
