@@ -1,0 +1,33 @@
+# The short commands. Each installs the packages it lacks and calls the CMake presets; nothing else happens here.
+PREFIX ?= /usr/local
+
+.PHONY: all run test bench docs install clean configure
+
+all: configure
+	cmake --build --preset release
+
+configure:
+	tools/install-packages.sh
+	cmake --preset release
+
+run: configure
+	cmake --build --preset release --target ketra_app
+	build/release/apps/ketra/ketra run examples/01-lox-hydrogen-chamber.cfg
+
+test: all
+	ctest --preset release
+
+bench: configure
+	cmake --build --preset release --target ketra_benchmarks
+	build/release/benchmarks/ketra_benchmarks
+
+docs:
+	tools/install-packages.sh doxygen
+	cmake --preset release -DKETRA_BUILD_DOCS=ON
+	cmake --build --preset release --target docs
+
+install: all
+	cmake --install build/release --prefix $(PREFIX)
+
+clean:
+	cmake -E rm -rf build

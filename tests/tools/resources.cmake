@@ -1,0 +1,9 @@
+# Writes the files in RESOURCES anew into FOLDER with PROGRAM and compares them.
+file(REMOVE_RECURSE ${FOLDER})
+file(MAKE_DIRECTORY ${FOLDER})
+execute_process(COMMAND ${PROGRAM} ${RESOURCES}/thermo.inp ${RESOURCES}/properties.inp ${FOLDER}
+                COMMAND_ERROR_IS_FATAL ANY)
+foreach(file IN ITEMS thermo.inp properties.inp)
+    execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files ${RESOURCES}/${file} ${FOLDER}/${file}
+                    COMMAND_ERROR_IS_FATAL ANY)
+endforeach()
