@@ -17,7 +17,7 @@ namespace math::matrix {
 namespace {
 
 constexpr unsigned int stackOrder = 40; // systems up to this order need no memory from the heap
-constexpr double zeroPivot = 1e-10;     // of the largest coefficient of its row, see solveLU
+constexpr double zeroPivot = 1e-9;      // of the largest coefficient of its row, see solveLU
 constexpr double extreme = 1e100;       // magnitude above which solveLU scales a row
 constexpr double residualLimit = 1e-10; // of the sum of the magnitudes in a row; 1e-16 is usual
 

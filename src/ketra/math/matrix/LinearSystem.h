@@ -34,7 +34,7 @@ public:
 
     /// Solves by LU decomposition with scaled partial pivoting, the quickest way.
     ///
-    /// A pivot below 1e-10 of the largest coefficient of its row counts as zero.
+    /// A pivot below 1e-9 of the largest coefficient of its row counts as zero.
     /// \param b right-hand side, the caller's
     /// \returns a new vector, the caller's
     /// \throws Exception 1 for a \p b of another size; 3 for a singular matrix, an empty row or a
