@@ -12,8 +12,8 @@
 namespace host {
 namespace {
 
-constexpr off_t largestDocument = 16 * 1024 * 1024; // bytes; a hundred times any real one
-constexpr unsigned deepestInclude = 10;             // as the configuration library has it
+constexpr off_t largestDocument = off_t{16} << 20; // bytes; a hundred times any real one
+constexpr unsigned deepestInclude = 10;            // as the configuration library has it
 
 /// Reads a regular file of a sensible size. \returns whether \p text holds it
 bool readText(const std::string& path, const Place& cause, std::string& text, Findings& findings)

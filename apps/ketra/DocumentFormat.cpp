@@ -368,10 +368,10 @@ constexpr Key documentKeys[] = {
 std::string findBelow(const Section& section, const std::string& path, const std::string& name)
 {
     for (const Key& key : section.keys) {
-        const std::string here = path.empty() ? key.name : path + "." + key.name;
+        std::string here = path.empty() ? key.name : path + "." + key.name;
         if (name == key.name) return here;
         if (!key.section) continue;
-        const std::string below = findBelow(*key.section, here, name);
+        std::string below = findBelow(*key.section, here, name);
         if (!below.empty()) return below;
     }
     return {};

@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -133,8 +134,8 @@ Json compositionOf(const Equilibrium& equilibrium)
     const std::unique_ptr<reaction::ReactingMixture> products(
         equilibrium.copyReactingMixture(/*condensed=*/true, /*ions=*/true));
     const std::unique_ptr<thermo::Mixture> mixture(products->copyResultingMixture());
-    std::vector<int> order;
-    for (int i = 0; i < mixture->size(); ++i) order.push_back(i);
+    std::vector<int> order(static_cast<std::size_t>(mixture->size()));
+    std::iota(order.begin(), order.end(), 0);
     std::stable_sort(order.begin(), order.end(), [&mixture](int a, int b) {
         return mixture->getMolarFraction(a) > mixture->getMolarFraction(b);
     });

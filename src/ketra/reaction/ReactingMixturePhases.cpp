@@ -82,7 +82,7 @@ void ReactingMixture::addTransition(Products* list, Product* lower, Product* upp
     low->assignA(MaterialBalanceCoefficients(low.get()));
     high->assignA(MaterialBalanceCoefficients(high.get()));
     blend->assignA(MaterialBalanceCoefficients(blend.get()));
-    disown(lower).release(); // the blend owns both from here on
+    static_cast<void>(disown(lower).release()); // the blend owns both from here on
     blend->makeTransit(disown(upper).release());
     list->push_back(own(std::move(low)));
     list->push_back(own(std::move(high)));
