@@ -5,7 +5,7 @@
 #include <ketra/reaction/Derivatives.h>
 #include <ketra/reaction/Equilibrium.h>
 
-#include "ScriptedSpecies.h"
+#include <support/ScriptedSpecies.h>
 
 #include <support/CapturingLogger.h>
 #include <support/Failures.h>

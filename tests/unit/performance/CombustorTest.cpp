@@ -4,7 +4,7 @@
 #include <ketra/reaction/Equilibrium.h>
 #include <ketra/thermo/Propellant.h>
 
-#include "ScriptedSpecies.h"
+#include <support/ScriptedSpecies.h>
 
 #include <support/CapturingLogger.h>
 #include <support/Failures.h>

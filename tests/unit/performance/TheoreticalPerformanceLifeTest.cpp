@@ -6,7 +6,7 @@
 #include <ketra/thermo/Propellant.h>
 
 #include "Documents.h"
-#include "ScriptedSpecies.h"
+#include <support/ScriptedSpecies.h>
 
 #include <support/Failures.h>
 #include <support/Reactants.h>
