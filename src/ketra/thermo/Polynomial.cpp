@@ -35,7 +35,8 @@ StandardState Polynomial::evaluate(const TemperatureTerms& terms) const
 // The coefficients stand first: an evaluation reads A and B and never E.
 void Polynomial::allocate(int ne, int na, int nb)
 {
-    numbers = std::make_unique<double[]>(static_cast<std::size_t>(ne + na + nb));
+    numbers = std::make_unique<double[]>(
+        static_cast<std::size_t>(ne) + static_cast<std::size_t>(na) + static_cast<std::size_t>(nb));
     Ne = ne;
     Na = na;
     Nb = nb;

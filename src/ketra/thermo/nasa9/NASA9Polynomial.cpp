@@ -68,7 +68,7 @@ bool NASA9Polynomial::load(std::string& line)
         if (!(T1 > 0.0) || T1 > highestLowerT) throw runtime::Exception(1);
         return false;
     case 1:
-        for (unsigned int i = 0; i < 5; ++i) A[i] = fortranNumber(slice(line, 16 * i, 16 * i + 16));
+        for (std::size_t i = 0; i < 5; ++i) A[i] = fortranNumber(slice(line, 16 * i, 16 * i + 16));
         return false;
     case 2:
         A[5] = fortranNumber(slice(line, 0, 16));
@@ -85,8 +85,9 @@ bool NASA9Polynomial::load(std::string& line)
 void NASA9Polynomial::readExponents(std::string_view field)
 {
     const bool usual = field == " -2.0 -1.0  0.0  1.0  2.0  3.0  4.0";
-    for (unsigned int i = 0; i < 7; ++i)
-        E[i] = usual ? i - 2.0 : detail::number(detail::slice(field, 5 * i, 5 * i + 5));
+    for (std::size_t i = 0; i < 7; ++i)
+        E[i] = usual ? static_cast<double>(i) - 2.0
+                     : detail::number(detail::slice(field, 5 * i, 5 * i + 5));
 }
 
 void NASA9Polynomial::requireInRange(double T) const

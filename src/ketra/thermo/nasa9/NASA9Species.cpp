@@ -100,7 +100,7 @@ void NASA9Species::loadHeader(const std::string& line)
 void NASA9Species::parseFormula(const std::string& field)
 {
     ChemicalFormula& formula = own().formula;
-    for (unsigned int i = 0; i < elementFields; ++i) {
+    for (std::size_t i = 0; i < elementFields; ++i) {
         std::string symbol(trimmed(slice(field, i * elementWidth, i * elementWidth + 2)));
         util::String::toUpperCase(symbol);
         if (symbol.empty()) continue;
