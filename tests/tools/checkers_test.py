@@ -39,7 +39,7 @@ class CheckerTest(unittest.TestCase):
 
 
 class LayersTest(CheckerTest):
-    def library_file(self, name, include, listed=True):
+    def write_source(self, name, include, listed=True):
         """A file of the library with one include, listed where files are listed."""
         self.write("src/ketra/" + name, f"#include {include}\n")
         folder, _, base = name.rpartition("/")
@@ -49,11 +49,11 @@ class LayersTest(CheckerTest):
             self.write("src/ketra/ketra.h", f"#include <ketra/{name}>\n")
 
     def finds(self, name, include, why, listed=True):
-        self.library_file(name, include, listed)
+        self.write_source(name, include, listed)
         self.assert_finds("check-layers.py", f"src/ketra/{name}:1: {why}")
 
     def test_a_lower_layer_may_be_seen(self):
-        self.library_file("reaction/Product.h", "<ketra/thermo/Species.h>")
+        self.write_source("reaction/Product.h", "<ketra/thermo/Species.h>")
         self.assert_clean("check-layers.py")
 
     def test_a_higher_layer_may_not_be_seen(self):

@@ -22,7 +22,6 @@ using thermo::gasConstant;
 
 namespace {
 
-using Names = std::vector<std::string>;
 using SpeciesList = std::vector<const thermo::Species*>;
 
 class OpenEquilibrium : public Equilibrium
@@ -39,7 +38,7 @@ public:
     using Equilibrium::setV;
 };
 
-std::unique_ptr<thermo::Mixture> hydrogenOxygen()
+std::unique_ptr<thermo::Mixture> warmOxygenHydrogen()
 {
     return mixtureOf({{"H2", 300.0, 0.6}, {"O2", 400.0, 0.4}}, thermo::_Species::MOLE_FRACTION);
 }
@@ -52,7 +51,7 @@ protected:
     EquilibriumTest()
     {
         useSpecies(sampleSpecies());
-        initial = hydrogenOxygen();
+        initial = warmOxygenHydrogen();
     }
 
     /// ln(p / 1 bar), as the concentration term of the first gas holds it.

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <support/CapturingLogger.h>
 #include <support/MadeUpSpecies.h>
 #include <support/Reactants.h>
 
 #include <ketra/reaction/ReactingMixture.h>
+
+#include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
@@ -99,5 +102,28 @@ inline reaction::Product* entryOf(const reaction::ReactingMixture& mixture, cons
         if (mixture.product(j)->getName() == name) return mixture.product(j);
     return nullptr;
 }
+
+using Names = std::vector<std::string>;
+
+/// Hydrogen and oxygen, three to two by moles.
+inline std::unique_ptr<thermo::Mixture> hydrogenOxygen()
+{
+    return mixtureOf({{"H2", 300.0, 0.6}, {"O2", 300.0, 0.4}}, thermo::_Species::MOLE_FRACTION);
+}
+
+/// Aluminium and oxygen, two to three by atoms.
+inline std::unique_ptr<thermo::Mixture> aluminiumOxygen()
+{
+    return mixtureOf({{"AL(cr)", 300.0, 4.0 / 7.0}, {"O2", 300.0, 3.0 / 7.0}},
+                     thermo::_Species::MOLE_FRACTION);
+}
+
+/// A test on the made-up species, with its log captured.
+class SampleSpeciesTest : public testing::Test
+{
+protected:
+    SampleSpeciesTest() { useSpecies(sampleSpecies()); }
+    LogCapture log;
+};
 
 } // namespace ketra_test

@@ -23,25 +23,8 @@ using thermo::gasConstant;
 
 namespace {
 
-using Names = std::vector<std::string>;
-
-std::unique_ptr<thermo::Mixture> hydrogenOxygen()
+class ReactingMixturePhasesTest : public SampleSpeciesTest
 {
-    return mixtureOf({{"H2", 300.0, 0.6}, {"O2", 300.0, 0.4}}, thermo::_Species::MOLE_FRACTION);
-}
-
-/// Aluminium and oxygen, two to three by atoms.
-std::unique_ptr<thermo::Mixture> aluminiumOxygen()
-{
-    return mixtureOf({{"AL(cr)", 300.0, 4.0 / 7.0}, {"O2", 300.0, 3.0 / 7.0}},
-                     thermo::_Species::MOLE_FRACTION);
-}
-
-class ReactingMixturePhasesTest : public testing::Test
-{
-protected:
-    ReactingMixturePhasesTest() { useSpecies(sampleSpecies()); }
-    LogCapture log;
 };
 
 } // namespace

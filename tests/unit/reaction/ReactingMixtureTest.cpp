@@ -23,30 +23,13 @@ using thermo::gasConstant;
 
 namespace {
 
-using Names = std::vector<std::string>;
-
 long count(const Names& names, const std::string& name)
 {
     return std::count(names.begin(), names.end(), name);
 }
 
-std::unique_ptr<thermo::Mixture> hydrogenOxygen()
+class ReactingMixtureTest : public SampleSpeciesTest
 {
-    return mixtureOf({{"H2", 300.0, 0.6}, {"O2", 300.0, 0.4}}, thermo::_Species::MOLE_FRACTION);
-}
-
-/// Aluminium and oxygen, two to three by atoms.
-std::unique_ptr<thermo::Mixture> aluminiumOxygen()
-{
-    return mixtureOf({{"AL(cr)", 300.0, 4.0 / 7.0}, {"O2", 300.0, 3.0 / 7.0}},
-                     thermo::_Species::MOLE_FRACTION);
-}
-
-class ReactingMixtureTest : public testing::Test
-{
-protected:
-    ReactingMixtureTest() { useSpecies(sampleSpecies()); }
-    LogCapture log;
 };
 
 } // namespace

@@ -34,11 +34,6 @@ public:
     using Equilibrium::excludeTransitPhase;
 };
 
-std::unique_ptr<thermo::Mixture> hydrogenOxygen()
-{
-    return mixtureOf({{"H2", 300.0, 0.6}, {"O2", 300.0, 0.4}}, thermo::_Species::MOLE_FRACTION);
-}
-
 std::unique_ptr<thermo::Mixture> hydrogenOxygenAluminium()
 {
     return mixtureOf({{"AL(cr)", 300.0, 0.3}, {"O2", 300.0, 0.3}, {"H2", 300.0, 0.4}},
