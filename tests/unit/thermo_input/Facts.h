@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ketra/runtime/Exception.h>
 #include <ketra/thermo/input/ConfigFile.h>
 
 #include <cstdio>
