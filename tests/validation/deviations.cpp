@@ -1,11 +1,15 @@
 // Prints the tables of docs/verification.md: how far the library is from the reference states, or
 // with the argument --laws how the laws of equilibrium hold over random states; --failures lists
-// those that do not converge or not close.
+// those that do not converge or not close, and --stoichiometric counts what fails close to complete
+// combustion.
 
 #include <support/LawStatistics.h>
+#include <support/Reactants.h>
 #include <support/ReferenceStates.h>
 
+#include <ketra/reaction/Equilibrium.h>
 #include <ketra/runtime/Exception.h>
+#include <ketra/thermo/Mixture.h>
 
 #include <cstdio>
 #include <exception>
@@ -79,6 +83,32 @@ void printStatistics(const char* name, const LawStatistics& s, bool lines)
         for (const std::string& line : s.lines) std::printf("%s\n", line.c_str());
 }
 
+/// States of given p and T on a grid of fuel shares around complete combustion.
+void printStoichiometric(const char* oxidizer, const char* fuel, double least, double most)
+{
+    useShippedSpecies();
+    int states = 0;
+    int failures = 0;
+    for (int i = 0; i < 50; ++i) {
+        const double share = least + (most - least) * i / 50.0;
+        const auto charge = mixtureOf({{oxidizer, 298.15, 1.0 - share}, {fuel, 298.15, share}});
+        for (const double p : {5e4, 1e6, 2e7}) {
+            for (double T = 650.0; T <= 1000.0; T += 50.0) {
+                reaction::Equilibrium problem(*charge, true, false);
+                problem.setPT(p, T);
+                ++states;
+                try {
+                    problem.solve(false);
+                } catch (const runtime::Exception&) {
+                    ++failures;
+                }
+            }
+        }
+    }
+    std::printf("| %s, %s | %.4f to %.4f | %d | %d |\n", fuel, oxidizer, least, most, states,
+                failures);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -89,6 +119,15 @@ int main(int argc, char** argv)
             const bool lines = option == "--failures";
             printStatistics("propellants", examinePropellants(1, 3000), lines);
             printStatistics("random elements", examineElements(1, 3000), lines);
+            return 0;
+        }
+        if (option == "--stoichiometric") {
+            std::printf(
+                "| charge | mass fraction of fuel | states | failures |\n|---|---|---|---|\n");
+            printStoichiometric("O2", "H2", 0.1105, 0.1136);
+            printStoichiometric("O2", "CH4", 0.1961, 0.2041);
+            printStoichiometric("Air", "Jet-A(L)", 0.0585, 0.0645);
+            printStoichiometric("N2O4(L)", "CH6N2(L)", 0.2823, 0.2895);
             return 0;
         }
         std::printf("| case | T | p | rho | M | MW | cp | gamma_s | a | x | |\n");
