@@ -1,6 +1,6 @@
 #pragma once
 
-#include <ketra/util/Logger.h>
+#include "Sink.h"
 
 #include <string>
 #include <vector>
@@ -24,14 +24,12 @@ private:
 ///
 /// While errors are held back they wait for the outcome: the library reports a failed attempt as an
 /// error even if the next attempt succeeds, and a density it lacks even if the report does without.
-class ReportLogger final : public util::Logger
+class ReportLogger final : public Sink
 {
 public:
     explicit ReportLogger(bool verbose);
 
     void print(unsigned int channel, const char* text) override;
-    void println(unsigned int channel, const char* text) override;
-    void vprintf(unsigned int channel, const char* format, std::va_list arguments) override;
 
     void holdErrors() { holding = true; }
     /// Prints the errors held back; as warnings if what they interrupted went well after all.

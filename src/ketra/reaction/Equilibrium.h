@@ -17,7 +17,6 @@ namespace reaction {
 
 namespace detail {
 class Iteration;
-class ReactingState;
 } // namespace detail
 
 /// One problem of chemical equilibrium: two prescribed quantities and the products that can form.
@@ -215,7 +214,6 @@ protected:
 
 private:
     friend class detail::Iteration;
-    friend class detail::ReactingState;
 
     bool isConstantPressure() const { return processType <= PT; }
     bool isFixedTemperature() const { return processType == PT || processType == VT; }

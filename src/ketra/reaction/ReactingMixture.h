@@ -154,7 +154,6 @@ protected:
 
 private:
     friend class Equilibrium;
-    friend class Derivatives;
     friend class detail::Iteration;
 
     /// The elements and their amounts in the initial mixture: what a copy shares with its source.
