@@ -18,6 +18,9 @@
 #include <ketra/util/Thread.h>
 #include <ketra/util/concurrent/CriticalSection.h>
 #include <ketra/util/concurrent/Mutex.h>
+#include <ketra/util/concurrent/Outcome.h>
+#include <ketra/util/concurrent/TaskGroup.h>
+#include <ketra/util/concurrent/parallelFor.h>
 
 #include <ketra/io/File.h>
 
@@ -87,6 +90,7 @@
 #include <ketra/thermo/input/UnitValue.h>
 #include <ketra/thermo/input/Velocity.h>
 #include <ketra/thermo/input/VolumetricMassDensity.h>
+
 
 #include <ketra/reaction/Derivatives.h>
 #include <ketra/reaction/Equilibrium.h>
