@@ -91,6 +91,10 @@
 #include <ketra/thermo/input/Velocity.h>
 #include <ketra/thermo/input/VolumetricMassDensity.h>
 
+#include <ketra/gasdynamics/PI_Function.h>
+#include <ketra/gasdynamics/Q_Function.h>
+#include <ketra/gasdynamics/StandardAtmosphere.h>
+#include <ketra/gasdynamics/gasdynamics.h>
 
 #include <ketra/reaction/Derivatives.h>
 #include <ketra/reaction/Equilibrium.h>

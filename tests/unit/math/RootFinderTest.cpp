@@ -336,6 +336,54 @@ TEST(NewtonsRootFinder, GivesUpWhenAlmostNothingOfItsMoveIsUsable)
         Exception, 0);
 }
 
+TEST(NewtonsRootFinder, HalvesAMoveAtABound)
+{
+    // From 3 the step of x^2 - 2 goes to 11/6, below the bound; half the way is inside.
+    WithDerivative f([](double x) { return x * x - 2.0; }, [](double x) { return 2.0 * x; });
+    NewtonsRootFinder finder(&f, 1e-12);
+    finder.setBounds(2.0, 10.0);
+    finder.reset(3.0);
+    EXPECT_FALSE(finder.step());
+    EXPECT_DOUBLE_EQ(finder.getXnp1(), 3.0 - 7.0 / 12.0);
+    // A reset keeps the bounds, and takes a start on one of them.
+    finder.reset(10.0);
+    finder.step();
+    EXPECT_EQ(finder.getXnp1(), 10.0 - 98.0 / 20.0);
+}
+
+TEST(NewtonsRootFinder, StaysOnTheBranchOfItsBounds)
+{
+    // Both roots of x exp(1 - x) = 0.1; unbounded, the search from 1.05 leaves for the other one.
+    const auto flux = [](double x) { return x * std::exp(1.0 - x) - 0.1; };
+    Formula f(flux);
+    for (const double start : {1.05, 1.5, 4.0, 8.0}) {
+        SCOPED_TRACE(start);
+        NewtonsRootFinder finder(&f, 1e-10);
+        finder.setBounds(1.0, 8.0);
+        run(finder, start);
+        EXPECT_GT(finder.getXnp1(), 1.0);
+        EXPECT_NEAR(flux(finder.getXnp1()), 0.0, 1e-11);
+    }
+    for (const double start : {0.0, 0.5, 0.95}) {
+        SCOPED_TRACE(start);
+        NewtonsRootFinder finder(&f, 1e-10);
+        finder.setBounds(-1.0, 1.0);
+        run(finder, start);
+        EXPECT_LT(finder.getXnp1(), 1.0);
+        EXPECT_NEAR(flux(finder.getXnp1()), 0.0, 1e-11);
+    }
+}
+
+TEST(NewtonsRootFinder, DoesNotTakeABoundForARoot)
+{
+    Formula f([](double x) { return x + 1.0; }); // the root is at -1
+    NewtonsRootFinder finder(&f, 1e-8);
+    finder.setBounds(0.0, 5.0);
+    EXPECT_THROW(run(finder, 3.0), Exception);
+    EXPECT_THROW(run(finder, 0.0), Exception);
+    KETRA_EXPECT_THROW_CODE(run(finder, -3.0), Exception, 0); // it starts outside
+}
+
 TEST(NewtonsRootFinder, IsCopiedWithItsState)
 {
     Formula f([](double x) { return x * x - 2.0; });

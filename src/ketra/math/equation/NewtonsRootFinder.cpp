@@ -10,14 +10,16 @@ namespace math::equation {
 
 namespace {
 
-constexpr int retreatLimit = 10; // halvings of one move
+constexpr int retreatLimit = 10; // halvings of one move, each costing an evaluation
+constexpr int boundLimit = 1100; // the same at a bound: from the largest number to the smallest
 constexpr double none = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
 
 } // namespace
 
 NewtonsRootFinder::NewtonsRootFinder(Function* f, double e)
     : RootFinder(f), Xn(none), Xnp1(none), tolerance(e), fn(none), dfn(none), good(none),
-      retreats(0)
+      retreats(0), least(-infinity), greatest(infinity), shortened(false)
 {
 }
 
@@ -29,6 +31,13 @@ void NewtonsRootFinder::reset(double x0)
     Xn = Xnp1 = x0;
     fn = dfn = good = none;
     retreats = 0;
+    shortened = false;
+}
+
+void NewtonsRootFinder::setBounds(double newLeast, double newGreatest)
+{
+    least = newLeast;
+    greatest = newGreatest;
 }
 
 void NewtonsRootFinder::doIterationProcedure(int)
@@ -61,12 +70,21 @@ void NewtonsRootFinder::retreat()
 void NewtonsRootFinder::checkPosition()
 {
     if (!std::isfinite(Xnp1)) throw Exception(0);
+    keepInBounds();
     if (Xnp1 == Xn && !hasConverged()) throw Exception(2);
+}
+
+void NewtonsRootFinder::keepInBounds()
+{
+    int halvings = 0;
+    for (; Xnp1 < least || Xnp1 > greatest; Xnp1 = Xn + (Xnp1 - Xn) / 2)
+        if (++halvings > boundLimit) throw Exception(0); // it has started outside
+    shortened = halvings > 0;
 }
 
 bool NewtonsRootFinder::hasConverged()
 {
-    if (retreats > 0) return false;
+    if (retreats > 0 || shortened) return false;
     return fn == 0.0 || std::fabs(Xnp1 - Xn) <= tolerance * std::max(1.0, std::fabs(Xnp1));
 }
 
