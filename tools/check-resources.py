@@ -11,6 +11,7 @@ import sys
 
 WIDTH = 80
 NUMBER = re.compile(r"^ *[-+]?(\d+\.?\d*|\.\d+)([DE][-+]\d+)?$")
+TRANSPORT_HEAD = re.compile(r"^(\S.{14}) (.{15})   V(\d)C(\d)$")
 
 
 class Checker:
@@ -102,7 +103,7 @@ def check_species(path, checker):
             for field in fields:
                 checker.number(where, field)
             i += 3
-    return len(names)
+    return names
 
 
 def check_tables(path, checker):
@@ -134,6 +135,55 @@ def check_tables(path, checker):
     return tables
 
 
+def check_interval(where, line, letter, upper, checker):
+    """One line of coefficients. Returns its upper bound."""
+    if line[:2] != f" {letter}":
+        checker.say(where, f"no line of {letter}")
+    low, high = (checker.number(where, line[a:a + 9]) for a in (2, 11))
+    if not 0 < low < high or upper not in (None, low):
+        checker.say(where, f"interval {low} to {high} K behind {upper} K")
+    values = [checker.number(where, line[a:a + 15]) for a in (20, 35, 50, 65)]
+    for T in (low, high):
+        log = values[0] * math.log(T) + values[1] / T + values[2] / T ** 2 + values[3]
+        if not math.log(1e-3) < log < math.log(1e6):  # micropoise, microwatt/(cm K); electrons least
+            checker.say(where, f"{math.exp(log):.3g} at {T} K")
+    return high
+
+
+def check_transport(path, names, checker):
+    lines = path.read_bytes().decode("ascii").split("\n")
+    if lines.pop() != "" or lines.pop().rstrip() != "end":
+        checker.say(path.name, "no line 'end' at the end")
+    for i, line in enumerate(lines, 1):
+        if len(line) != WIDTH:
+            checker.say(f"{path.name}:{i}", f"{len(line)} characters")
+    if lines[0].rstrip() != "transport property coefficients":
+        checker.say(path.name, "no title")
+    blocks = set()
+    i = 1
+    while i < len(lines):
+        where = f"{path.name}:{i + 1}"
+        head = TRANSPORT_HEAD.match(lines[i].rstrip())
+        if not head:
+            checker.say(where, f"no head of a block: {lines[i]}")
+            break
+        pair = tuple(filter(None, (head.group(1).rstrip(), head.group(2).rstrip())))
+        if tuple(sorted(pair)) in blocks:
+            checker.say(where, f"block {pair} again")
+        blocks.add(tuple(sorted(pair)))
+        for name in pair:
+            if name not in names:
+                checker.say(where, f"{name} is no species")
+        i += 1
+        for letter, count in zip("VC", head.groups()[2:]):
+            upper = None
+            for _ in range(int(count)):
+                where = f"{path.name}:{i + 1}"
+                upper = check_interval(where, lines[i], letter, upper, checker)
+                i += 1
+    return len(blocks)
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     default = pathlib.Path(__file__).resolve().parent.parent / "resources"
@@ -144,9 +194,11 @@ def main():
     check_sums(folder, checker)
     species = check_species(folder / "thermo.inp", checker)
     tables = check_tables(folder / "properties.inp", checker)
+    blocks = check_transport(folder / "trans.inp", species, checker)
     for problem in checker.problems[:50]:
         print(problem, file=sys.stderr)
-    print(f"{species} species, {tables} tables, {len(checker.problems)} problems")
+    print(f"{len(species)} species, {tables} tables, {blocks} transport blocks, "
+          f"{len(checker.problems)} problems")
     return 1 if checker.problems else 0
 
 

@@ -56,6 +56,9 @@
 #include <ketra/thermo/nasa9/NASA9Polynomial.h>
 #include <ketra/thermo/nasa9/NASA9Species.h>
 #include <ketra/thermo/properties/PropertiesLoader.h>
+#include <ketra/thermo/properties/TransportProperties.h>
+#include <ketra/thermo/properties/TransportPropertiesCoefficients.h>
+#include <ketra/thermo/properties/TransportPropertiesLoader.h>
 
 #include <ketra/thermo/input/AmbientConditions.h>
 #include <ketra/thermo/input/Angle.h>

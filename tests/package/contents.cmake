@@ -6,6 +6,7 @@ foreach(file IN ITEMS
         ${LIBDIR}/libketra.so ${LIBDIR}/libketra.so.${soversion} ${LIBDIR}/libketra.so.${VERSION}
         ${LIBDIR}/pkgconfig/ketra.pc ${LIBDIR}/cmake/ketra/ketraConfig.cmake
         share/ketra/resources/thermo.inp share/ketra/resources/properties.inp
+        share/ketra/resources/trans.inp
         bin/ketra)
     if(NOT EXISTS ${PREFIX}/${file})
         message(SEND_ERROR "not installed: ${file}")

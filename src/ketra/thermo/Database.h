@@ -45,6 +45,8 @@ public:
     static void loadDatabase(const char* path, bool clear);
     /// Loads a properties file into the singleton.
     static void loadPropertiesDatabase(const char* path);
+    /// Loads a file of transport properties into the singleton.
+    static void loadTransportPropertiesDatabase(const char* path);
     /// \returns a new database of that file alone, the caller's; to be given up by remove().
     static Database* preloadDatabase(const char* path);
 
@@ -92,6 +94,11 @@ public:
     void loadProperties(const char* path);
     void loadProperties(std::ifstream& stream, int sourceId);
     void saveProperties(const char* path, int sourceId);
+    /// Loads a file of transport properties into the species that are there; it is never written.
+    /// It counts among the files of tables, but the species' sources stay as they are.
+    /// \throws runtime::Exception 0 if it cannot be opened, 1 if the load failed.
+    void loadTransportProperties(const char* path);
+    void loadTransportProperties(std::ifstream& stream, int sourceId);
 
     /// Reads all files of this instance again and drops what was changed in memory.
     void reload();

@@ -5,6 +5,7 @@
 #include <ketra/thermo/Species.h>
 #include <ketra/thermo/nasa9/NASA9Loader.h>
 #include <ketra/thermo/properties/PropertiesLoader.h>
+#include <ketra/thermo/properties/TransportPropertiesLoader.h>
 #include <ketra/util/Log.h>
 #include <ketra/util/detail/NumericLocale.h>
 
@@ -97,6 +98,28 @@ void Database::loadProperties(std::ifstream& stream, int sourceId)
     }
 }
 
+void Database::loadTransportProperties(const char* path)
+{
+    std::ifstream stream;
+    openOrFail(stream, path, "transport properties");
+    loadTransportProperties(stream, addSource(path, 1));
+}
+
+void Database::loadTransportProperties(std::ifstream& stream, int sourceId)
+{
+    Lock lock(dbMutex);
+    try {
+        const util::NumericLocale numbers;
+        stream.imbue(std::locale::classic());
+        properties::TransportPropertiesLoader::load(stream, *species);
+        sourceModified[sourceId] = false;
+    } catch (const std::exception&) {
+        lock.unlock();
+        util::Log::error("ROOT", "Database: could not load transport properties database\n");
+        throw runtime::Exception(1);
+    }
+}
+
 void Database::loadStdDatabase(bool withUsr, const char* usrFolder)
 {
     constexpr const char* nasa9File = "resources/thermo.inp";
@@ -153,6 +176,12 @@ void Database::loadPropertiesDatabase(const char* path)
 {
     const Lock lock(dbMutex);
     instance->loadProperties(path);
+}
+
+void Database::loadTransportPropertiesDatabase(const char* path)
+{
+    const Lock lock(dbMutex);
+    instance->loadTransportProperties(path);
 }
 
 Database* Database::preloadDatabase(const char* path)

@@ -4,6 +4,7 @@
 #include <ketra/math/interpolation/Interpolation2D.h>
 #include <ketra/thermo/Exception.h>
 #include <ketra/thermo/Loader.h>
+#include <ketra/thermo/properties/TransportProperties.h>
 
 namespace thermo {
 
@@ -22,8 +23,10 @@ Species::Data::Data() = default;
 
 Species::Data::Data(const Data& other)
     : formula(other.formula), cp(copyOf(other.cp)), rho(copyOf(other.rho)), mu(copyOf(other.mu)),
-      lambda(copyOf(other.lambda)), ts(copyOf(other.ts)), qs(copyOf(other.qs))
+      lambda(copyOf(other.lambda)), ts(copyOf(other.ts)), qs(copyOf(other.qs)),
+      transport(copyOf(other.transport))
 {
+    for (const auto& [name, pair] : other.interactions) interactions[name] = copyOf(pair);
     intervals.reserve(other.intervals.size());
     for (const auto& interval : other.intervals) intervals.emplace_back(interval->getCopy());
 }

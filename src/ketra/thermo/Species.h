@@ -7,6 +7,7 @@
 #include <ketra/thermo/StandardState.h>
 #include <ketra/util/Lent.h>
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,6 +16,9 @@ namespace math::interpolation {
 class Interpolation;
 class Interpolation2D;
 } // namespace math::interpolation
+namespace thermo::properties {
+class TransportProperties;
+} // namespace thermo::properties
 
 namespace thermo {
 
@@ -272,6 +276,35 @@ public:
     /// reference temperature \p T1 and at \p T, for a solid 0.
     double getDeltaH_rho(double T1, double T, double p) const;
 
+    // Transport properties of a gas, alone and together with another one.
+    /// The species has data of its own.
+    bool isTransportPropertiesAvailable() const { return data->transport != nullptr; }
+    /// The species has data for pairs with other species.
+    bool isTransportIPropertiesAvailable() const { return !data->interactions.empty(); }
+    /// Takes ownership of the species' own data in place of the present ones.
+    void setTransportProperties(properties::TransportProperties* transport);
+    /// Takes ownership of the data for the pair with the species of the name \p other, in place of
+    /// the present ones.
+    void setTransportProperties(const std::string& other,
+                                properties::TransportProperties* transport);
+    /// Viscosity, Pa s, at \p T, K.
+    /// \throws thermo::Exception 0 without data, 1 for a temperature outside of them.
+    double getViscosity(double T) const;
+    /// Thermal conductivity, mW/(cm K), at \p T, K: a tenth of the number is in W/(m K).
+    /// \throws thermo::Exception as getViscosity(double).
+    double getConductivity(double T) const;
+    /// Interaction viscosity with \p other, Pa s, at \p T, K.
+    /// \throws thermo::Exception 0 without data for this pair, 1 for a temperature outside of them.
+    double getViscosity(const Species* other, double T) const;
+    /// Interaction conductivities are kept but not given out.
+    /// \throws thermo::Exception 0 always.
+    [[noreturn]] double getConductivity(const Species* other, double T) const;
+    /// The three values above for the sums over mixtures, where most pairs have no data: 0 where
+    /// those throw.
+    double findViscosity(double T) const;
+    double findConductivity(double T) const;
+    double findViscosity(const Species* other, double T) const;
+
 protected:
     /// What all copies of a species share; the species it was made for owns it.
     struct KETRA_API Data {
@@ -285,6 +318,9 @@ protected:
         std::vector<std::unique_ptr<Polynomial>> intervals; // in file order, ascending
         std::unique_ptr<math::interpolation::Interpolation2D> cp, rho, mu, lambda;
         std::unique_ptr<math::interpolation::Interpolation> ts, qs;
+        std::unique_ptr<properties::TransportProperties> transport;
+        // with other species, by their names
+        std::map<std::string, std::unique_ptr<properties::TransportProperties>> interactions;
     };
 
     /// An empty species.
