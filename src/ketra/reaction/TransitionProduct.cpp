@@ -1,7 +1,8 @@
 #include <ketra/reaction/TransitionProduct.h>
 
 #include <ketra/thermo/Exception.h>
-#include <ketra/util/String.h>
+
+#include <string>
 
 namespace reaction {
 
@@ -33,7 +34,17 @@ void TransitionProduct::makeTransit(Product* upper)
     ownedPhase1.reset(phase1);
     ownedPhase2.reset(upper);
     phase2 = upper;
-    util::String::replaceFirst(name, "(.*)\\(.*\\)", "$1(transit)");
+    nameTransit();
+}
+
+// AL2O3(a) becomes AL2O3(transit): the last parentheses of a name hold its phase. Every mixture
+// names its blends anew, in each copy too.
+void TransitionProduct::nameTransit()
+{
+    const std::size_t close = name.rfind(')');
+    if (close == std::string::npos) return;
+    const std::size_t open = name.rfind('(', close);
+    if (open != std::string::npos) name.replace(open, close + 1 - open, "(transit)");
 }
 
 double TransitionProduct::phase1T() const { return clampedInto(*phase1, T()); }

@@ -89,6 +89,7 @@ private:
 
     double blend(Cached function) const;
     double blend(AtT function, double T) const;
+    void nameTransit();
     void requireInBand(double T) const;
 
     double minT; // K, lower limit; 0: none
