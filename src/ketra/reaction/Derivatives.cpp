@@ -171,7 +171,7 @@ ColumnVector* Derivatives::getNP(const ColumnVector* xP) const
     return nP.release();
 }
 
-void Derivatives::solve(bool)
+void Derivatives::solve(bool transport)
 {
     const std::unique_ptr<LinearSystem> system(composeMatrix());
     const std::unique_ptr<ColumnVector> xT(solveSystemT(system.get()));
@@ -193,6 +193,8 @@ void Derivatives::solve(bool)
     betta_t = -d_lnV_d_lnp / p;
     alpha_p = d_lnV_d_lnT / temperature();
     gamma_v = alpha_p / (p * betta_t);
+
+    if (transport) calculateTransportProperties(0.0, /*reacting=*/true);
 }
 
 /// Heat capacity of the products with the heat of their reactions:

@@ -3,9 +3,14 @@
 #include <ketra/export.h>
 #include <ketra/math/matrix/ColumnVector.h>
 #include <ketra/math/matrix/LinearSystem.h>
+#include <ketra/math/matrix/RowVector.h>
 
 #include <memory>
+#include <vector>
 
+namespace report {
+class Table;
+} // namespace report
 namespace thermo {
 class GasMixture;
 class Mixture;
@@ -14,13 +19,16 @@ class Mixture;
 namespace reaction {
 
 class Equilibrium;
+class Product;
 class ReactingMixture;
 
 /// What a gas-dynamic calculation needs of a solved equilibrium: equilibrium heat capacities, the
-/// derivatives of the volume, isentropic exponent, speed of sound and density.
+/// derivatives of the volume, isentropic exponent, speed of sound, density, and the transport
+/// properties of the gas.
 ///
 /// The method is that of Gordon and McBride [RP1311]: two right-hand sides on the matrix of the
-/// equilibrium without its energy row.
+/// equilibrium without its energy row; for the transport properties the mixture rules of Wilke and
+/// of Mason and Saxena, and the reactions' share by Butler and Brokaw.
 ///
 /// An object reads its `Equilibrium` in `solve` and in `getP`; the problem must outlive it, and
 /// must not be solved again in between if the results are to belong together. Copies share mixtures
@@ -42,7 +50,16 @@ public:
     /// \throws thermo::Exception 12 if the system has no solution
     void solve(bool transport);
 
-    /// Prints the results through the log; bit 0x80 of \p flags selects English units.
+    /// Computes the transport properties of the gas for its present composition, condensed phases
+    /// left out. What the data of the species lack is estimated. Where the share of the reactions
+    /// comes out implausible, it is computed again with ever fewer species and in the end left out.
+    /// \param atT       temperature, K; 0 for that of the equilibrium
+    /// \param reacting  with the share of the reactions; otherwise it is 0
+    /// \throws thermo::Exception 1 if a gas has no heat capacity at this temperature
+    void calculateTransportProperties(double atT, bool reacting);
+
+    /// Prints the results through the log; bit 0x80 of \p flags selects English units, bit 0x100
+    /// adds the transport properties.
     void printResults(unsigned int flags) const;
 
     /// The products with the condensed phases of one formula merged; this object's.
@@ -101,12 +118,55 @@ protected:
     math::matrix::ColumnVector* getNT(const math::matrix::ColumnVector* xT) const;
     math::matrix::ColumnVector* getNP(const math::matrix::ColumnVector* xP) const;
 
+    // The transport properties step by step. All lists and arrays of n species are in the order of
+    // the list of involved species: the nm monatomic gases with the electron, then the molecules.
+
+    /// Selects the gases that matter: the monatomic ones first, then the molecules in bands of
+    /// falling mole fraction.
+    /// \param list        receives the gases, which stay the mixture's
+    /// \param nm          receives the number of monatomic gases, the electron included
+    /// \param nSum        receives the moles of the list
+    /// \param nE          receives the moles of free electrons
+    /// \param x           receives a new array of mole fractions within the list, the caller's
+    /// \param xE          receives the mole fraction of free electrons, at least 1e-10
+    /// \param thresholds  lower bounds of the bands, mole fractions in the gas, falling
+    /// \param counts      raised by the number of molecules in each band
+    /// \param levels      number of bands
+    void getInvolvedSpecies(std::vector<Product*>& list, unsigned int& nm, double& nSum, double& nE,
+                            double*& x, double& xE, const double* thresholds, double* counts,
+                            unsigned int levels) const;
+    /// Viscosities and conductivities of the species and of their pairs, from data or estimated.
+    /// \param eta     receives the viscosities on its diagonal, the interaction viscosities of the
+    ///                pairs beside it, Pa s
+    /// \param lambda  receives the conductivities, mW/(cm K)
+    void prepareData(const std::vector<Product*>& list, unsigned int nm, unsigned int n,
+                     double nSum, double nE, const double* x, double xE, math::matrix::Matrix* eta,
+                     math::matrix::RowVector* lambda, double atT) const;
+    /// The properties without reactions.
+    void calculateTransportPropertiesFr(const std::vector<Product*>& list, unsigned int n,
+                                        double nSum, double nE, const double* x, double xE,
+                                        const math::matrix::Matrix* eta,
+                                        const math::matrix::RowVector* lambda, double atT);
+    /// The share of the reactions.
+    /// \throws math::matrix::Exception if the reactions depend on each other
+    void calculateTransportPropertiesR(const std::vector<Product*>& list, unsigned int nm,
+                                       unsigned int n, double nSum, double nE, const double* x,
+                                       double xE, const math::matrix::Matrix* eta,
+                                       const math::matrix::RowVector* lambda, double atT);
+
 private:
+    struct InvolvedGases;
+    static constexpr double leastElectrons = 1e-10; // mole fraction that shields a neutral gas
+
     bool isConstantVolume() const;
     double temperature() const;
     double gasMoles() const;
     void solveHeatCapacities(const math::matrix::ColumnVector& xT);
     void solveDensities();
+    InvolvedGases involve(const double* thresholds, unsigned int levels, double atT) const;
+    bool solveReactions(const InvolvedGases& gases, double atT);
+    void recoverReactions(double atT);
+    void printTransport(const report::Table& table) const;
 
     Equilibrium* equilibrium = nullptr; // borrowed, may be null
     // Shared with the copies of this object; the two below point to products of the first.

@@ -30,6 +30,23 @@ void Derivatives::printResults(unsigned int flags) const
     table.row("rho", report::density(rho));
     if (rhoGas != rho) table.row("rho (gas only)", report::density(rhoGas));
     table.row7("C-phase", {Z, "Condensed phase mass fraction", Z, "Condensed phase mass fraction"});
+    if (flags & report::transportProperties) printTransport(table);
+}
+
+void Derivatives::printTransport(const report::Table& table) const
+{
+    table.rule();
+    table.heading("Thermal transport properties");
+    table.rule();
+    table.row7("Viscosity", report::viscosity(viscosity));
+    table.heading("Frozen parameters:");
+    table.row7("Conductivity", report::conductivity(Cfr));
+    table.row7("Cp", report::specificEntropy(Cpfr));
+    table.row7("Pr", report::plain(Prfr));
+    table.heading("Effective parameters with equilibrium:");
+    table.row7("Conductivity", report::conductivity(Ceql));
+    table.row7("Cp", report::specificEntropy(Cpeql));
+    table.row7("Pr", report::plain(Preql));
 }
 
 } // namespace reaction

@@ -18,8 +18,12 @@ constexpr double molarBtu = 2.326;     // J/mol in Btu/lb-mol, with lb-mol in g
 constexpr double specificBtu = 2326.0; // J/kg in Btu/lbm
 // J/(kg K) in Btu/(lbm R). The molar lines of entropy and heat capacity take the same divisor.
 constexpr double specificBtuPerRankine = 4186.8;
-constexpr double kilogramsPerPound = 0.45359237; // kg/lbm
-constexpr double gramsPerPound = 453.59237;      // g/lbm
+constexpr double kilogramsPerPound = 0.45359237;               // kg/lbm
+constexpr double gramsPerPound = 453.59237;                    // g/lbm
+constexpr double viscosityScale = 10000.0;                     // Pa s in 1e-4 kg/(m s)
+constexpr double viscosityOfPoundPerFoot = 1.4881639435695537; // Pa s in lb/(ft s)
+// W/(m K) in the reports' Btu/(hr ft R), which counts the degree as 1.8 R once more.
+constexpr double conductivityOfBtu = 0.9615192590952172;
 
 } // namespace
 
@@ -67,6 +71,17 @@ Shown molarMass(double M)
 {
     return {M, "x10^-3 kg/mol", M * 10000.0 * kilogramsPerPound / gramsPerPound,
             "x10^-6 lbm/lb-mol"};
+}
+
+Shown viscosity(double eta)
+{
+    const double scaled = eta * viscosityScale;
+    return {scaled, "x10^-4 kg/(m s)", scaled / viscosityOfPoundPerFoot, "x10^-4 lb/(ft s)"};
+}
+
+Shown conductivity(double lambda)
+{
+    return {lambda, "W/(m K)", lambda / conductivityOfBtu, "Btu/(hr ft R)"};
 }
 
 } // namespace report

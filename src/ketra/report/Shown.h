@@ -44,4 +44,9 @@ Shown gasConstant(double R);
 /// Molar mass in g/mol; "x10^-3 kg/mol" and "x10^-6 lbm/lb-mol".
 Shown molarMass(double M);
 
+/// Viscosity in Pa s; "x10^-4 kg/(m s)" and "x10^-4 lb/(ft s)".
+Shown viscosity(double eta);
+/// Thermal conductivity in W/(m K); "W/(m K)" and "Btu/(hr ft R)".
+Shown conductivity(double lambda);
+
 } // namespace report
