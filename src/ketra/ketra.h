@@ -107,7 +107,12 @@
 #include <ketra/reaction/TransitionProduct.h>
 
 #include <ketra/performance/TheoreticalPerformance.h>
+#include <ketra/performance/equilibrium/Chamber.h>
 #include <ketra/performance/equilibrium/Combustor.h>
 #include <ketra/performance/equilibrium/CombustorFunction.h>
+#include <ketra/performance/equilibrium/GasGenerator.h>
+#include <ketra/performance/equilibrium/NozzleSectionConditions.h>
+#include <ketra/performance/frozen/Chamber.h>
+#include <ketra/performance/frozen/NozzleSectionConditions.h>
 
 #include <ketra/api/ketra.h>

@@ -122,6 +122,7 @@ TEST(TransportReference, AgreesFarCloserInAHotGas)
 
 TEST(TransportReference, ConductivitiesThatAreNotBelievedAgreeToo)
 {
+    useShippedTransport();
     unsigned states = 0;
     for (const ReferenceTransport& reference : referenceTransport()) {
         const Known* const exception = knownOf(reference);

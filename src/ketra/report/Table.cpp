@@ -7,6 +7,16 @@ using util::Log;
 
 namespace report {
 
+void Table::openFrame()
+{
+    Log::printf("THERMO", "%s***************************************************%s", eol, eol);
+}
+
+void Table::closeFrame()
+{
+    Log::printf("THERMO", "***************************************************%s", eol);
+}
+
 void Table::rule() const
 {
     Log::printf("THERMO", "-------------------------------------------------------------%s", eol);

@@ -22,6 +22,9 @@ public:
         return englishSystem ? shown.englishUnit : shown.siUnit;
     }
 
+    /// The lines of stars before the title of a station and after it.
+    static void openFrame();
+    static void closeFrame();
     /// A line of dashes.
     void rule() const;
     /// A line of text.

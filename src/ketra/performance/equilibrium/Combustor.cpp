@@ -103,10 +103,12 @@ void Combustor::solveByIteration(double T0, double target, bool expectCondensed,
     }
 }
 
+void Combustor::clearDerivatives() { derivatives.reset(); }
+
 // Derivatives of an earlier solution say nothing of a problem that could not be solved.
 void Combustor::dropDerivatives()
 {
-    derivatives.reset();
+    clearDerivatives();
     util::Log::errorf("THERMO", "Shifting Equilibrium Combustor: could not solve the problem.%s",
                       util::eol);
 }

@@ -104,6 +104,9 @@ public:
 protected:
     /// The hint of the last solve, which a chamber hands on to its other stations.
     bool isCondensedExpected() const { return condensedExpected; }
+    void setCondensedExpected(bool expected) { condensedExpected = expected; }
+    /// Drops the derivatives of the last solution; there are none until the next.
+    void clearDerivatives();
 
 private:
     Combustor(std::unique_ptr<reaction::Equilibrium> newProblem, double H, double M);
