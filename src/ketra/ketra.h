@@ -106,7 +106,10 @@
 #include <ketra/reaction/ReactingMixture.h>
 #include <ketra/reaction/TransitionProduct.h>
 
+#include <ketra/performance/SpecificImpulseFinder.h>
 #include <ketra/performance/TheoreticalPerformance.h>
+#include <ketra/performance/ThrottlingPerformance.h>
+#include <ketra/performance/efficiency/CorrectionFactors.h>
 #include <ketra/performance/equilibrium/Chamber.h>
 #include <ketra/performance/equilibrium/Combustor.h>
 #include <ketra/performance/equilibrium/CombustorFunction.h>

@@ -12,3 +12,8 @@ void loadThermodynamicsDatabase(const char* path, bool clear)
 }
 
 void loadPropertiesDatabase(const char* path) { thermo::Database::loadPropertiesDatabase(path); }
+
+void loadTransportPropertiesDatabase(const char* path)
+{
+    thermo::Database::loadTransportPropertiesDatabase(path);
+}

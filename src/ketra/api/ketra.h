@@ -10,7 +10,14 @@
 
 namespace performance {
 class TheoreticalPerformance;
+class ThrottlingPerformance;
 } // namespace performance
+namespace performance::efficiency {
+class CorrectionFactors;
+} // namespace performance::efficiency
+namespace performance::equilibrium {
+class NozzleSectionConditions;
+} // namespace performance::equilibrium
 namespace reaction {
 class ReactingMixture;
 } // namespace reaction
@@ -40,6 +47,9 @@ KETRA_API void loadThermodynamicsDatabase(const char* path, bool clear);
 /// Loads a file of property tables into the species loaded before.
 /// \throws runtime::Exception 0 when the file cannot be opened, 1 when it is no such file
 KETRA_API void loadPropertiesDatabase(const char* path);
+/// Loads a file of viscosities and conductivities of gases into the species loaded before.
+/// \throws runtime::Exception 0 when the file cannot be opened, 1 when it is no such file
+KETRA_API void loadTransportPropertiesDatabase(const char* path);
 
 /// A new document that keeps \p path, with all its values at their defaults; nothing is read.
 KETRA_API thermo::input::ConfigFile* newConfig(const char* path);
@@ -61,10 +71,25 @@ KETRA_API void deleteConfig(thermo::input::ConfigFile* config);
 /// \throws thermo::Exception 4 for a species that the database does not know
 KETRA_API performance::TheoreticalPerformance* newPerformance(thermo::input::ConfigFile* config,
                                                               bool ownsConfig);
-/// Solves the problem of a document, transport properties included. The document stays the
-/// caller's and must outlive the result. Null if there is no solution; the log tells why.
+/// Solves the problem of a document, transport properties included; one that asks for the optimum
+/// mixture ratio is searched from 0.2 to 1.8 times the stoichiometric ratio, and states the optimum
+/// afterwards. The document stays the caller's and must outlive the result. Null if there is no
+/// solution; the log tells why. Without an optimum between the bounds the log warns, and the result
+/// is not solved: it has no chamber.
 KETRA_API performance::TheoreticalPerformance* run(thermo::input::ConfigFile* config);
+/// Solves what the engine of \p design delivers at \p ratio times its mass flow, 1e-6 to 2. The
+/// design must be solved, and must outlive the result. Null if there is no solution; the log tells
+/// why.
+KETRA_API performance::ThrottlingPerformance* run(performance::TheoreticalPerformance* design,
+                                                  double ratio, bool calculateTransport);
+/// Losses of the real engine, read from a solved \p performance, which must outlive the result.
+KETRA_API performance::efficiency::CorrectionFactors*
+getCorrectionFactors(performance::TheoreticalPerformance* performance);
 KETRA_API void deletePerformance(performance::TheoreticalPerformance* performance);
+KETRA_API void deleteThrottlingPerformance(performance::ThrottlingPerformance* performance);
+KETRA_API void deleteCorrectionFactors(performance::efficiency::CorrectionFactors* factors);
+KETRA_API void
+deleteNozzleSectionConditions(performance::equilibrium::NozzleSectionConditions* section);
 
 KETRA_API void deleteMixture(thermo::Mixture* mixture);
 KETRA_API void deleteReactingMixture(reaction::ReactingMixture* mixture);

@@ -1,11 +1,25 @@
 #include <ketra/api/ketra.h>
 
 #include <ketra/performance/TheoreticalPerformance.h>
+#include <ketra/performance/ThrottlingPerformance.h>
+#include <ketra/performance/efficiency/CorrectionFactors.h>
 #include <ketra/thermo/Exception.h>
 
 #include <memory>
+#include <utility>
 
 using performance::TheoreticalPerformance;
+using performance::ThrottlingPerformance;
+using performance::efficiency::CorrectionFactors;
+
+namespace {
+
+template <class Performance> Performance* releaseIfValid(std::unique_ptr<Performance> solved)
+{
+    return solved->isValid() ? solved.release() : nullptr;
+}
+
+} // namespace
 
 TheoreticalPerformance* newPerformance(thermo::input::ConfigFile* config, bool ownsConfig)
 {
@@ -13,12 +27,23 @@ TheoreticalPerformance* newPerformance(thermo::input::ConfigFile* config, bool o
 }
 
 TheoreticalPerformance* run(thermo::input::ConfigFile* config)
+try {
+    auto performance = std::make_unique<TheoreticalPerformance>(config, false);
+    performance->solve(/*calculateTransport=*/true);
+    return releaseIfValid(std::move(performance));
+} catch (const thermo::Exception&) {
+    return nullptr;
+}
+
+ThrottlingPerformance* run(TheoreticalPerformance* design, double ratio, bool calculateTransport)
+try {
+    return releaseIfValid(
+        std::make_unique<ThrottlingPerformance>(design, ratio, calculateTransport));
+} catch (const thermo::Exception&) {
+    return nullptr;
+}
+
+CorrectionFactors* getCorrectionFactors(TheoreticalPerformance* performance)
 {
-    try {
-        auto performance = std::make_unique<TheoreticalPerformance>(config, false);
-        performance->solve(/*calculateTransport=*/true);
-        return performance->isValid() ? performance.release() : nullptr;
-    } catch (const thermo::Exception&) {
-        return nullptr;
-    }
+    return std::make_unique<CorrectionFactors>(performance).release();
 }

@@ -1,6 +1,9 @@
 #include <ketra/api/ketra.h>
 
 #include <ketra/performance/TheoreticalPerformance.h>
+#include <ketra/performance/ThrottlingPerformance.h>
+#include <ketra/performance/efficiency/CorrectionFactors.h>
+#include <ketra/performance/equilibrium/NozzleSectionConditions.h>
 #include <ketra/reaction/ReactingMixture.h>
 #include <ketra/thermo/ChemicalFormula.h>
 #include <ketra/thermo/Mixture.h>
@@ -12,6 +15,21 @@
 void deleteConfig(thermo::input::ConfigFile* config) { delete config; }
 
 void deletePerformance(performance::TheoreticalPerformance* performance) { delete performance; }
+
+void deleteThrottlingPerformance(performance::ThrottlingPerformance* performance)
+{
+    delete performance;
+}
+
+void deleteCorrectionFactors(performance::efficiency::CorrectionFactors* factors)
+{
+    delete factors;
+}
+
+void deleteNozzleSectionConditions(performance::equilibrium::NozzleSectionConditions* section)
+{
+    delete section;
+}
 
 void deleteMixture(thermo::Mixture* mixture) { delete mixture; }
 

@@ -83,6 +83,23 @@ TEST_F(DatabaseFunctions, LoadTablesIntoTheSpeciesLoadedBefore)
     EXPECT_TRUE(water->hasRhoTable());
 }
 
+TEST_F(DatabaseFunctions, LoadTransportPropertiesIntoTheSpeciesLoadedBefore)
+{
+    ketra_test::LogCapture capture;
+    loadThermodynamicsDatabase(KETRA_SOURCE_DIR "/resources/thermo.inp", true);
+    const thermo::Species* nitrogen = Database::getInstance()->find("N2");
+    ASSERT_NE(nitrogen, nullptr);
+    EXPECT_FALSE(nitrogen->isTransportPropertiesAvailable());
+    loadTransportPropertiesDatabase(KETRA_SOURCE_DIR "/resources/trans.inp");
+    EXPECT_TRUE(nitrogen->isTransportPropertiesAvailable());
+    EXPECT_TRUE(capture.lines().empty()) << "the shipped file names no unknown species";
+    KETRA_EXPECT_THROW_CODE(loadTransportPropertiesDatabase("/nowhere/trans.inp"),
+                            runtime::Exception, 0);
+    EXPECT_EQ(capture.errors(),
+              std::vector<std::string>{
+                  "Database: could not load transport properties database /nowhere/trans.inp\n"});
+}
+
 TEST_F(DatabaseFunctions, SetTheFolderOfTheUsersFiles)
 {
     const ketra_test::TemporaryFolder folder;

@@ -1,6 +1,6 @@
 #include <ketra/performance/TheoreticalPerformance.h>
 
-#include "Documents.h"
+#include "Engines.h"
 
 #include <support/CapturingLogger.h>
 #include <support/Reactants.h>
@@ -152,6 +152,92 @@ TEST_F(ReportOfACase, IsInEnglishUnitsThroughoutWhenAsked)
                    "Btu/lb-mol\r\n", "Cp (eq)", "Btu/(lb-mol R)\r\n", "ft/s\r\n"});
     for (const char* unit : {"MPa", "kJ/kg", "J/mol", " K\r\n", "m/s"})
         EXPECT_EQ(report.find(unit), std::string::npos) << unit;
+}
+
+TEST_F(ReportOfACase, GoesOnWithChamberExitAndSeparation)
+{
+    const auto document = ketra_test::engineWithExit(30.0);
+    ketra_test::setAmbientPressure(*document, 1e6);
+    TheoreticalPerformance performance(document.get(), false);
+    performance.solve(false);
+    expectInOrder(
+        reportOf(performance, 0),
+        {headerWith(blanks(41)) + "\r\nPropellant:\r\n",
+         "\r\n" + rule + "\r\n                Combustion chamber\r\n" + rule + "\r\n",
+         "Process type: (p=const, H=const)",
+         "\r\n" + rule + "\r\n                      Throat\r\n" + rule + "\r\n",
+         "Process type: (p=const, S=const)",
+         "\r\n" + rule + "\r\n      Nozzle section e= 30.000 (equilibrium)\r\n" + rule + "\r\n",
+         "Velocity", "Specific impulse (vac)",
+         "\r\n" + rule +
+             "\r\n     Sea level performance with respect to\r\n     flow "
+             "separation at e= ",
+         "Specific impulse:", "Thrust coeff.:"});
+}
+
+TEST_F(ReportOfACase, ShowsTheChamberEndOfAFiniteArea)
+{
+    const auto document = ketra_test::engineWithExit(30.0);
+    document->getNozzleFlowOptions().setNozzleInletConditions().setContractionAreaRatio(3.0);
+    TheoreticalPerformance performance(document.get(), false);
+    performance.solve(false);
+    expectInOrder(reportOf(performance, 0),
+                  {"                Combustion chamber\r\n",
+                   "              Combustion chamber end\r\n", "                      Throat\r\n",
+                   "      Nozzle section e= 30.000 (equilibrium)"});
+}
+
+TEST_F(ReportOfACase, HasNoBlockForWhatTheDocumentDoesNotAskFor)
+{
+    const auto document = ketra_test::engineDocument();
+    TheoreticalPerformance performance(document.get(), false);
+    performance.solve(false);
+    const std::string chamberOnly = reportOf(performance, 0);
+    expectInOrder(chamberOnly, {"Combustion chamber", "Throat"});
+    EXPECT_EQ(chamberOnly.find("Combustion chamber end"), std::string::npos);
+    EXPECT_EQ(chamberOnly.find("Nozzle section"), std::string::npos);
+    EXPECT_EQ(chamberOnly.find("Sea level performance"), std::string::npos);
+
+    const auto attached = ketra_test::engineWithExit(30.0);
+    TheoreticalPerformance engine(attached.get(), false);
+    engine.solve(false);
+    ketra_test::setAmbientPressure(*attached, 0.9999 * engine.getPaCrit());
+    engine.solve(false);
+    const std::string withExit = reportOf(engine, 0);
+    expectInOrder(withExit, {"Combustion chamber", "Throat", "Nozzle section"});
+    EXPECT_EQ(withExit.find("Sea level performance"), std::string::npos);
+}
+
+TEST_F(ReportOfACase, NamesAFrozenExit)
+{
+    const auto document = ketra_test::engineWithExit(30.0);
+    ketra_test::freeze(*document).setExpansionRatio(3.0);
+    TheoreticalPerformance performance(document.get(), false);
+    performance.solve(false);
+    expectInOrder(reportOf(performance, 0),
+                  {"Throat", "      Nozzle section e= 30.000 (frozen)\r\n"});
+}
+
+TEST_F(ReportOfACase, OfAnEngineIsInEnglishUnitsThroughoutWhenAsked)
+{
+    const auto document = ketra_test::engineWithExit(30.0);
+    ketra_test::setAmbientPressure(*document, 1e6);
+    TheoreticalPerformance performance(document.get(), false);
+    performance.solve(false);
+    const std::string report = reportOf(performance, 0x80);
+    for (const char* unit : {"MPa", "kJ/kg", "J/mol", " K\r\n", "m/s", "kg/m^3"})
+        EXPECT_EQ(report.find(unit), std::string::npos) << unit;
+    EXPECT_NE(report.find("ft/s"), std::string::npos);
+}
+
+TEST_F(ReportOfACase, HasTransportPropertiesWhenAsked)
+{
+    const auto document = ketra_test::engineWithExit(30.0);
+    TheoreticalPerformance performance(document.get(), false);
+    performance.solve(true);
+    EXPECT_EQ(reportOf(performance, 0).find("Viscosity"), std::string::npos);
+    expectInOrder(reportOf(performance, 0x100), {"Combustion chamber", "Viscosity", "Throat",
+                                                 "Viscosity", "Nozzle section", "Viscosity"});
 }
 
 TEST_F(ReportOfACase, CallsTheHeaderOfASubclass)

@@ -313,30 +313,4 @@ TEST_F(Solving, HandsTheAbsoluteToleranceToTheProblem)
     EXPECT_EQ(performance.getEquilibrium()->getRelativeTolerance(), 0.5);
 }
 
-TEST_F(Solving, SaysClearlyThatThereIsNoNozzleFlow)
-{
-    const auto document = methaneOxygen(1.0);
-    document->getNozzleFlowOptions().setCalculateNozzleFlow(true);
-    TheoreticalPerformance performance(document.get(), false);
-    ketra_test::LogCapture capture;
-    KETRA_EXPECT_THROW_CODE(performance.solve(false), thermo::Exception, 14);
-    EXPECT_TRUE(performance.isInvalid());
-    EXPECT_EQ(performance.getEquilibrium(), nullptr);
-    ASSERT_EQ(capture.errors().size(), 1U);
-    EXPECT_NE(capture.errors()[0].find("calculateNozzleFlow = false"), std::string::npos);
-}
-
-TEST_F(Solving, SaysClearlyThatThereIsNoSearchForTheBestRatio)
-{
-    const auto document = bipropellantDocument({"O2", 1.0}, {"H2", 1.0}, 0.0, Ratio::OPTIMAL);
-    TheoreticalPerformance performance(document.get(), false);
-    EXPECT_EQ(performance.getPropellant(), nullptr);
-    ketra_test::LogCapture capture;
-    KETRA_EXPECT_THROW_CODE(performance.solve(false), thermo::Exception, 14);
-    ASSERT_EQ(capture.errors().size(), 1U);
-    EXPECT_NE(capture.errors()[0].find("optimum mixture ratio"), std::string::npos);
-    EXPECT_NE(capture.errors()[0].find("State a ratio"), std::string::npos);
-    EXPECT_FALSE(performance.isOptimized());
-}
-
 } // namespace
