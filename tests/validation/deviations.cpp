@@ -1,16 +1,22 @@
 // Prints the tables of docs/verification.md: how far the library is from the reference states, or
-// with the argument --laws how the laws of equilibrium hold over random states; --failures lists
+// with the argument --chambers or --nozzles how far chambers and nozzle exits are from the
+// reference engines, or
+// with --laws how the laws of equilibrium hold over random states; --failures lists
 // those that do not converge or not close, and --stoichiometric counts what fails close to complete
-// combustion.
+// combustion. With --transport it prints how far the transport properties are.
 
 #include <support/LawStatistics.h>
 #include <support/Reactants.h>
+#include <support/ReferenceChambers.h>
+#include <support/ReferenceEngines.h>
 #include <support/ReferenceStates.h>
+#include <support/ReferenceTransport.h>
 
 #include <ketra/reaction/Equilibrium.h>
 #include <ketra/runtime/Exception.h>
 #include <ketra/thermo/Mixture.h>
 
+#include <cmath>
 #include <cstdio>
 #include <exception>
 #include <map>
@@ -26,6 +32,46 @@ void printRow(const std::string& name, const std::map<std::string, double>& wors
 {
     std::printf("| %s |", name.c_str());
     for (const char* quantity : quantities) {
+        const auto found = worst.find(quantity);
+        if (found == worst.end())
+            std::printf(" |");
+        else
+            std::printf(" %.1e |", found->second);
+    }
+    std::printf(" %s |\n", note);
+}
+
+/// The stations of the chambers, those of infinite area in front.
+void printChambers()
+{
+    std::printf("| engine | station | T | p | Isp | c* |\n|---|---|---|---|---|---|\n");
+    for (const bool finiteArea : {false, true})
+        for (const ReferenceEngine& engine : referenceEngines()) {
+            if (engine.isFiniteArea() != finiteArea) continue;
+            const auto chamber = chamberOf(engine);
+            for (const ReferenceStation& row : engine.stations) {
+                const auto station = chamberStationOf(row.place);
+                if (!station) continue;
+                std::map<std::string, double> found;
+                for (const Deviation& d : chamberDeviationsOf(*chamber, engine, row, *station))
+                    found[d.quantity] = d.value;
+                std::printf("| %s | %s |", engine.id().c_str(), row.place.c_str());
+                for (const char* quantity : {"T", "p", "Isp", "c*"})
+                    if (found.count(quantity))
+                        std::printf(" %.1e |", found[quantity]);
+                    else
+                        std::printf(" |");
+                std::printf("\n");
+            }
+        }
+}
+
+/// A row of the exits of an engine, from their pressure (p) and from their area ratio (A).
+void printExits(const std::string& name, const std::map<std::string, double>& worst,
+                const char* note)
+{
+    std::printf("| %s |", name.c_str());
+    for (const char* quantity : {"T p", "Isp p", "T A", "p A", "Ivac A", "Isp A"}) {
         const auto found = worst.find(quantity);
         if (found == worst.end())
             std::printf(" |");
@@ -61,6 +107,27 @@ void printCase(const ReferenceCase& c)
         }
     }
     printRow(c.id, worst, c.holds("Air") ? "Air" : "");
+}
+
+/// One line for each state, deviations in per cent, with the major species that lack data.
+void printTransport()
+{
+    std::printf("| case, station | T, K |");
+    for (const char* name : transportNames) std::printf(" %s |", name);
+    std::printf(" without data |\n|---|---|---|---|---|---|---|---|\n");
+    for (const ReferenceTransport& reference : referenceTransport()) {
+        const FoundTransport found = findTransport(reference);
+        std::printf("| %s, %d%s | %.0f |", reference.id.c_str(), reference.station,
+                    reference.isFrozen() ? ", frozen" : "", reference.T);
+        for (const double deviation : deviationsOf(reference, found)) {
+            if (std::isnan(deviation))
+                std::printf(" |");
+            else
+                std::printf(" %.3f |", 100.0 * deviation);
+        }
+        for (const std::string& name : found.estimated) std::printf(" %s", name.c_str());
+        std::printf(" |\n");
+    }
 }
 
 void printStatistics(const char* name, const LawStatistics& s, bool lines)
@@ -109,12 +176,70 @@ void printStoichiometric(const char* oxidizer, const char* fuel, double least, d
                 failures);
 }
 
+/// The deviations of an exit, solved from its pressure or its area ratio, go into \p worst, or,
+/// where one is beyond its limit or near a melting point, into a row of its own.
+void addExit(std::map<std::string, double>& worst, performance::equilibrium::Chamber& chamber,
+             const ReferenceEngine& engine, const ReferenceStation& station, bool byPressure)
+{
+    const std::string own = engine.id() + ", station " + std::to_string(station.number);
+    const std::string way = byPressure ? " p" : " A";
+    try {
+        std::map<std::string, double> found;
+        std::string beyond;
+        for (const Deviation& d : deviationsOf(chamber, engine, station, byPressure)) {
+            found[d.quantity + way] = d.value;
+            if (!(d.value <= d.limit)) beyond += " " + d.quantity;
+        }
+        if (!beyond.empty())
+            printExits(own, found, ("beyond its limit:" + beyond).c_str());
+        else if (station.twoPhase)
+            printExits(own, found, "melting");
+        else
+            for (const auto& [quantity, value] : found)
+                worst[quantity] = std::max(worst[quantity], value);
+    } catch (const runtime::Exception& e) {
+        const std::string failure = std::string("from its ") + (byPressure ? "pressure" : "area") +
+                                    ": code " + std::to_string(e.getType());
+        printExits(own, {}, failure.c_str());
+    }
+}
+
+void printNozzles()
+{
+    std::printf("| exits of | T at p | Isp at p | T at A | p at A | Ivac at A | Isp at A | |\n");
+    std::printf("|---|---|---|---|---|---|---|---|\n");
+    for (const ReferenceEngine& engine : referenceEngines()) {
+        const auto chamber = chamberOf(engine);
+        std::map<std::string, double> worst;
+        for (const ReferenceStation& station : engine.stations)
+            if (station.place == "exit")
+                for (const bool byPressure : waysToPose(station))
+                    addExit(worst, *chamber, engine, station, byPressure);
+        printExits(engine.id(), worst,
+                   engine.isFreezing()     ? "frozen"
+                   : engine.isFiniteArea() ? "finite area"
+                                           : "");
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
     try {
         const std::string option = argc > 1 ? argv[1] : "";
+        if (option == "--transport") {
+            printTransport();
+            return 0;
+        }
+        if (option == "--chambers") {
+            printChambers();
+            return 0;
+        }
+        if (option == "--nozzles") {
+            printNozzles();
+            return 0;
+        }
         if (option == "--laws" || option == "--failures") {
             const bool lines = option == "--failures";
             printStatistics("propellants", examinePropellants(1, 3000), lines);
