@@ -12,7 +12,7 @@ configure:
 
 run: configure
 	cmake --build --preset release --target ketra_app
-	build/release/apps/ketra/ketra run examples/01-lox-hydrogen-chamber.cfg
+	build/release/apps/ketra/ketra compare examples/10-lox-hydrogen-engine.cfg examples/11-lox-hydrogen-frozen.cfg
 
 test: all
 	ctest --preset release

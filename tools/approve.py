@@ -20,7 +20,8 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 CASES = ROOT / "tests" / "reports"
-REPORTS = ("report.si.txt", "report.english.txt")
+REPORTS = ("report.si.txt", "report.english.txt",
+           "report.si.transport.txt", "report.english.transport.txt")
 
 
 def arguments():

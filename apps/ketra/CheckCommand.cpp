@@ -1,12 +1,12 @@
 #include "CheckCommand.h"
 #include "Failure.h"
+#include "FlowCheck.h"
 #include "FormatCheck.h"
 #include "LogSession.h"
 #include "Output.h"
 #include "PropellantCheck.h"
 #include "Resources.h"
 
-#include <ketra/api/ketra.h>
 #include <ketra/performance/TheoreticalPerformance.h>
 #include <ketra/thermo/input/ConfigFile.h>
 
@@ -24,7 +24,7 @@ ExitCode conclude(const CheckOptions& options, Findings& findings)
 {
     findings.print();
     ExitCode code = findings.code();
-    if (options.strict && findings.warnings() > 0 && code == GOOD) code = DOCUMENT;
+    if (options.reading.strict && findings.warnings() > 0 && code == GOOD) code = DOCUMENT;
     const std::string result =
         findings.errors() + findings.warnings() == 0
             ? "no faults found"
@@ -36,9 +36,7 @@ ExitCode conclude(const CheckOptions& options, Findings& findings)
 /// The library's own validation, and the propellant built of the document.
 void validate(const std::string& path)
 try {
-    const std::unique_ptr<thermo::input::ConfigFile, decltype(&deleteConfig)> config(
-        loadConfig(path.c_str()), &deleteConfig);
-    config->validate();
+    const std::unique_ptr<thermo::input::ConfigFile> config = loadDocument(path);
     const performance::TheoreticalPerformance built(config.get(), /*ownsDocument=*/false);
 } catch (...) {
     throw describeException(Stage::READING, path);
@@ -52,13 +50,15 @@ void checkWithoutSpecies(const Document& document, Findings& findings)
     const size_t before = findings.errors();
     FormatCheck(document, findings).run();
     // Values of a wrong kind would show up again as missing ones.
-    if (findings.errors() == before) PropellantCheck(document, findings).checkRecipe();
+    if (findings.errors() > before) return;
+    PropellantCheck(document, findings).checkRecipe();
+    FlowCheck(document, findings).run();
 }
 
 ExitCode checkDocument(const CheckOptions& options)
 {
     Findings findings;
-    const Document document(options.document, options.allowInclude, findings);
+    const Document document(options.document, options.reading.allowInclude, findings);
     checkWithoutSpecies(document, findings);
     if (findings.errors() > 0) return conclude(options, findings);
 

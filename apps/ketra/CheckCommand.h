@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Document.h"
+#include "Case.h"
 #include "ExitCode.h"
-#include "Findings.h"
 
 #include <string>
 
@@ -12,9 +11,8 @@ namespace host {
 struct CheckOptions {
     std::string document;
     std::string resources; ///< folder; empty: to be looked for
+    ReadingOptions reading;
     bool verbose = false;
-    bool strict = false; ///< warnings count as errors
-    bool allowInclude = false;
 };
 
 /// The part of a check that needs no species: text, syntax, format, recipe. No log may be open.

@@ -1,9 +1,12 @@
 #include "CommandLine.h"
 #include "CheckCommand.h"
+#include "CompareCommand.h"
 #include "Failure.h"
+#include "NozzleCommand.h"
 #include "Output.h"
 #include "RunCommand.h"
 #include "SpeciesCommand.h"
+#include "ThrottleCommand.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -16,27 +19,32 @@ namespace host {
 namespace {
 
 constexpr const char* generalHelp =
-    "ketra: what a rocket propellant burns to.\n\n"
-    "Reads a document that states a propellant and a chamber pressure, finds the chemical\n"
-    "equilibrium of the combustion products, and prints their state and composition.";
+    "ketra: what a rocket engine makes of its propellant.\n\n"
+    "Reads a document that states a propellant, a chamber and a nozzle, finds the chemical\n"
+    "equilibrium of the combustion products, expands them through the nozzle, and prints\n"
+    "their state and composition and the performance of the engine.";
 
 constexpr const char* generalFooter =
     "\nExamples:\n"
-    "  ketra run examples/01-lox-hydrogen-chamber.cfg        the report\n"
+    "  ketra run examples/10-lox-hydrogen-engine.cfg         the report\n"
     "  ketra run engine.cfg --english                        in US customary units\n"
     "  ketra run engine.cfg --json results.json              and the numbers for a program\n"
+    "  ketra compare shifting.cfg frozen.cfg                 key figures beside each other\n"
+    "  ketra throttle engine.cfg --ratio 1,0.5,0.1           at a part of its flow\n"
+    "  ketra nozzle engine.cfg --stations 50 --csv           the states along the nozzle\n"
     "  ketra check engine.cfg                                what is wrong with a document\n"
     "  ketra species 'N2H4*'                                 what the species file holds\n\n"
     "\"ketra COMMAND --help\" tells more about a command.\n\n"
-    "The species files thermo.inp and properties.inp are looked for in the folder given by\n"
-    "--resources, else in the one named by the environment variable KETRA_RESOURCES, else in\n"
-    "the installed share/ketra/resources, else in ./resources.\n\n"
+    "The species files thermo.inp, properties.inp and trans.inp are looked for in the folder\n"
+    "given by --resources, else in the one named by the environment variable KETRA_RESOURCES,\n"
+    "else in the installed share/ketra/resources, else in ./resources.\n\n"
     "Reports go to standard output; warnings and errors to standard error. Exit status:\n"
     "  0   good\n"
     "  2   the command line cannot be understood\n"
     "  3   the document is unreadable or states something impossible\n"
     "  4   a species, or a file of species data, is missing\n"
     "  5   the calculation found no solution\n"
+    "  6   some of several calculations found no solution\n"
     "  70  internal error, or the output could not be written";
 
 constexpr const char* runHelp = "Checks a document, solves its problem and prints the report.";
@@ -44,17 +52,57 @@ constexpr const char* runHelp = "Checks a document, solves its problem and print
 constexpr const char* runFooter =
     "\nA whole document:\n\n"
     "  combustionChamberConditions: { pressure: { value = 7.0; unit = \"MPa\"; }; };\n"
-    "  nozzleFlow: { calculateNozzleFlow = false; };\n"
+    "  nozzleFlow: { nozzleExitConditions: { areaRatio = 40.0; }; };\n"
     "  propellant: { components: {\n"
     "      ratio: { value = 6.0; unit = \"O/F\"; };\n"
     "      oxidizer = ( { name = \"O2(L)\"; massFraction = 1.0; } );\n"
     "      fuel     = ( { name = \"H2(L)\"; massFraction = 1.0; } );\n"
     "  }; };\n\n"
+    "For the chamber alone write nozzleFlow: { calculateNozzleFlow = false; };\n"
+    "For the best mixture ratio write ratio: { unit = \"optimal\"; };\n"
     "Real numbers need a point: 7.0 and not 7. Lines that begin with # or // are comments.\n\n"
+    "Behind the report stands what the nozzle delivers at the ambient pressures of the\n"
+    "document, and, if it has efficiencies, what the losses of a real engine leave of that.\n\n"
     "Examples:\n"
-    "  ketra run chamber.cfg\n"
-    "  ketra run chamber.cfg --json - | python3 -m json.tool\n"
-    "  ketra run chamber.cfg --log run.log --verbose";
+    "  ketra run engine.cfg\n"
+    "  ketra run engine.cfg --transport --corrections\n"
+    "  ketra run engine.cfg --json - | python3 -m json.tool\n"
+    "  ketra run engine.cfg --log run.log --verbose";
+
+constexpr const char* compareHelp =
+    "Solves several documents, prints the report of the first and the key figures of all\n"
+    "beside each other.";
+
+constexpr const char* compareFooter =
+    "\nWith two documents the last column is the second over the first.\n\n"
+    "Examples:\n"
+    "  ketra compare shifting.cfg frozen.cfg\n"
+    "  ketra compare kerosene.cfg methane.cfg hydrogen.cfg --json results.json";
+
+constexpr const char* throttleHelp =
+    "Solves the engine of a document, and what it delivers at other flow rates.";
+
+constexpr const char* throttleFooter =
+    "\nThe hardware stays what it is. A ratio is the mass flow over that of the design, from\n"
+    "0.000001 to 2. The table shows for each of them the chamber pressure, the mass flux in\n"
+    "the throat, c*, the specific impulse in vacuum and at the ambient pressure of the\n"
+    "document, the exit pressure, the ambient pressure above which the flow separates from\n"
+    "the wall, and whether it does.\n\n"
+    "Examples:\n"
+    "  ketra throttle engine.cfg --ratio 0.5\n"
+    "  ketra throttle engine.cfg --ratio 1,0.8,0.6,0.4,0.2 --json throttled.json";
+
+constexpr const char* nozzleHelp =
+    "Solves the engine of a document and the states along its nozzle.";
+
+constexpr const char* nozzleFooter =
+    "\nFrom the chamber end through the throat to the exit: area ratio, pressure, temperature,\n"
+    "Mach number, velocity, density, molar mass of the gas, ratio of the heat capacities and\n"
+    "isentropic exponent. Where the chamber is not stated as one of finite area, the gas rests\n"
+    "in it, and the first area ratio is left open.\n\n"
+    "Examples:\n"
+    "  ketra nozzle engine.cfg --stations 50\n"
+    "  ketra nozzle engine.cfg --stations 200 --csv --composition > nozzle.csv";
 
 constexpr const char* checkHelp =
     "Reads a document and says what is wrong with it: where, and how to mend it.";
@@ -81,6 +129,8 @@ constexpr const char* speciesFooter =
     "  ketra species 'C?H*(L)*'       liquid hydrocarbons and alcohols\n"
     "  ketra species --json=all.json  all of them, for a program";
 
+constexpr int mostDocuments = 100;
+
 /// The commands and where their words go.
 class CommandLine
 {
@@ -92,6 +142,9 @@ public:
         app.footer(generalFooter);
         app.require_subcommand(0, 1);
         addRun();
+        addCompare();
+        addThrottle();
+        addNozzle();
         addCheck();
         addSpecies();
     }
@@ -104,6 +157,9 @@ public:
             return explain(e);
         }
         if (run->parsed()) return runDocument(runOptions);
+        if (compare->parsed()) return compareDocuments(compareOptions);
+        if (throttle->parsed()) return throttleDocument(throttleOptions);
+        if (nozzle->parsed()) return followNozzle(nozzleOptions);
         if (check->parsed()) return checkDocument(checkOptions);
         if (species->parsed()) return listSpecies(speciesOptions);
         writeToStandardError(app.help());
@@ -130,18 +186,60 @@ private:
         run = app.add_subcommand("run", runHelp);
         run->footer(runFooter);
         run->add_option("DOCUMENT", runOptions.document, "The document to run")->required();
-        run->add_flag("--english", runOptions.english, "Report in US customary units");
-        run->add_flag("--transport", runOptions.transport,
-                      "With viscosity, conductivity and Prandtl number");
-        run->add_option("--json", runOptions.json,
-                        "Write the results to FILE in SI units, as JSON; \"-\" is standard output, "
-                        "in place of the report")
-            ->type_name("FILE");
-        run->add_option("--log", runOptions.log, "Write the report and all messages to FILE, too")
-            ->type_name("FILE");
-        run->add_flag("--crlf", runOptions.crlf, "End the lines of the report in CR LF");
-        addCommon(*run, runOptions.resources, runOptions.verbose);
-        addDocumentFlags(*run, runOptions.allowInclude, runOptions.strict);
+        addReportFlags(*run, runOptions);
+        addJson(*run, runOptions.json, "the report");
+        addReading(*run, runOptions.reading);
+        addSession(*run, runOptions.session);
+    }
+
+    void addCompare()
+    {
+        compare = app.add_subcommand("compare", compareHelp);
+        compare->footer(compareFooter);
+        compare->add_option("DOCUMENTS", compareOptions.documents, "The documents to compare")
+            ->required()
+            ->expected(2, mostDocuments)
+            ->option_text("TEXT TEXT... REQUIRED");
+        addReportFlags(*compare, compareOptions.run);
+        addJson(*compare, compareOptions.run.json, "report and table");
+        addReading(*compare, compareOptions.run.reading);
+        addSession(*compare, compareOptions.run.session);
+    }
+
+    void addThrottle()
+    {
+        throttle = app.add_subcommand("throttle", throttleHelp);
+        throttle->footer(throttleFooter);
+        throttle->add_option("DOCUMENT", throttleOptions.document, "The document of the design")
+            ->required();
+        throttle->add_option("--ratio", throttleOptions.ratios, "The mass flow over the design's")
+            ->required()
+            ->delimiter(',')
+            ->allow_extra_args(false)
+            ->type_name("R[,R...]");
+        addTableFlags(*throttle, throttleOptions.english, throttleOptions.allowFailures);
+        addJson(*throttle, throttleOptions.json, "the table");
+        addReading(*throttle, throttleOptions.reading);
+        addSession(*throttle, throttleOptions.session);
+    }
+
+    void addNozzle()
+    {
+        nozzle = app.add_subcommand("nozzle", nozzleHelp);
+        nozzle->footer(nozzleFooter);
+        nozzle->add_option("DOCUMENT", nozzleOptions.document, "The document of the engine")
+            ->required();
+        nozzle
+            ->add_option("--stations", nozzleOptions.stations,
+                         "How many stations, with chamber end, throat and exit; 20 if not given")
+            ->type_name("N");
+        nozzle->add_flag("--csv", nozzleOptions.csv, "The table as comma-separated values");
+        nozzle->add_flag("--composition", nozzleOptions.composition,
+                         "With the mole fractions of what reaches 0.0001 anywhere");
+        addTableFlags(*nozzle, nozzleOptions.english, nozzleOptions.allowFailures);
+        addJson(*nozzle, nozzleOptions.json, "the table");
+        addReading(*nozzle, nozzleOptions.reading);
+        addSession(*nozzle, nozzleOptions.session);
     }
 
     void addCheck()
@@ -150,7 +248,7 @@ private:
         check->footer(checkFooter);
         check->add_option("DOCUMENT", checkOptions.document, "The document to check")->required();
         addCommon(*check, checkOptions.resources, checkOptions.verbose);
-        addDocumentFlags(*check, checkOptions.allowInclude, checkOptions.strict);
+        addReading(*check, checkOptions.reading);
     }
 
     void addSpecies()
@@ -171,18 +269,61 @@ private:
         command.add_flag("--verbose", verbose, "With the library's remarks on its progress");
     }
 
-    static void addDocumentFlags(CLI::App& command, bool& allowInclude, bool& strict)
+    static void addReading(CLI::App& command, ReadingOptions& options)
     {
-        command.add_flag("--allow-include", allowInclude,
+        command.add_flag("--allow-include", options.allowInclude,
                          "Let the document read other files with @include");
-        command.add_flag("--strict", strict, "Refuse a document with warnings, too");
+        command.add_flag("--strict", options.strict, "Refuse a document with warnings, too");
+    }
+
+    static void addSession(CLI::App& command, SessionOptions& options)
+    {
+        command
+            .add_option("--log", options.log,
+                        "Write the library's report and all messages to FILE, too")
+            ->type_name("FILE");
+        command.add_flag("--crlf", options.crlf, "End the lines of report and table in CR LF");
+        addCommon(command, options.resources, options.verbose);
+    }
+
+    static void addJson(CLI::App& command, std::string& json, const std::string& otherwise)
+    {
+        command
+            .add_option("--json", json,
+                        "Write the results to FILE in SI units, as JSON; \"-\" is standard "
+                        "output, in place of " +
+                            otherwise)
+            ->type_name("FILE");
+    }
+
+    static void addReportFlags(CLI::App& command, RunOptions& options)
+    {
+        command.add_flag("--english", options.english, "Report in US customary units");
+        command.add_flag("--transport", options.transport,
+                         "With viscosity, conductivity and Prandtl number");
+        command.add_flag("--corrections", options.corrections,
+                         "With the estimate of a real engine, which a document asks for by "
+                         "stating efficiencies");
+    }
+
+    static void addTableFlags(CLI::App& command, bool& english, bool& allowFailures)
+    {
+        command.add_flag("--english", english, "The table in US customary units");
+        command.add_flag("--allow-failures", allowFailures,
+                         "Exit status 0 even if some of the calculations have no solution");
     }
 
     CLI::App app{generalHelp};
-    CLI::App* run = nullptr; // the three commands belong to app
+    CLI::App* run = nullptr; // the commands belong to app
+    CLI::App* compare = nullptr;
+    CLI::App* throttle = nullptr;
+    CLI::App* nozzle = nullptr;
     CLI::App* check = nullptr;
     CLI::App* species = nullptr;
     RunOptions runOptions;
+    CompareOptions compareOptions;
+    ThrottleOptions throttleOptions;
+    NozzleOptions nozzleOptions;
     CheckOptions checkOptions;
     SpeciesOptions speciesOptions;
 };

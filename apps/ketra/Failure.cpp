@@ -1,6 +1,7 @@
 #include "Failure.h"
 
 #include <ketra/math/equation/Exception.h>
+#include <ketra/math/interpolation/Exception.h>
 #include <ketra/math/matrix/Exception.h>
 #include <ketra/runtime/Exception.h>
 #include <ketra/thermo/Exception.h>
@@ -23,7 +24,9 @@ ExitCode codeOf(Stage stage, const thermo::Exception& e)
     case 6:
         return DOCUMENT;
     case 1: // a temperature that a species cannot hold: stated so, or reached by the iteration
+    case 2: // a pressure, likewise
         return stage == Stage::SOLVING ? NOT_CONVERGED : DOCUMENT;
+    case 0:  // a search that did not come to an end, or an invalid state
     case 18: // a condensed phase made the matrix singular
         return stage == Stage::SOLVING ? NOT_CONVERGED : INTERNAL;
     case 8:  // equilibrium
@@ -71,6 +74,9 @@ try {
     return {code, sentence(code, subject, numbered(e))};
 } catch (const thermo::input::Exception& e) {
     return {DOCUMENT, sentence(DOCUMENT, subject, numbered(e))};
+} catch (const math::interpolation::Exception& e) {
+    const ExitCode code = stage == Stage::SOLVING ? NOT_CONVERGED : INTERNAL;
+    return {code, sentence(code, subject, numbered(e))};
 } catch (const math::matrix::Exception& e) {
     const ExitCode code = stage == Stage::SOLVING ? NOT_CONVERGED : INTERNAL;
     return {code, sentence(code, subject, numbered(e))};

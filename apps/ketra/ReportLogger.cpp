@@ -1,7 +1,7 @@
 #include "ReportLogger.h"
 #include "Output.h"
 
-#include <cstdio>
+#include <algorithm>
 
 namespace host {
 namespace {
@@ -14,6 +14,17 @@ std::string bare(const std::string& text)
                                                              : 0;
     const size_t end = text.find_last_not_of("\r\n");
     return end == std::string::npos || end < begin ? "" : text.substr(begin, end + 1 - begin);
+}
+
+/// Whether the equilibrium solver tells how it goes on, "T=3600.0000 Include AL2O3(L)", which it
+/// reports as a warning.
+bool isDiary(const std::string& message) { return message.compare(0, 2, "T=") == 0; }
+
+std::string withoutNumbers(std::string text)
+{
+    const auto inNumber = [](char c) { return (c >= '0' && c <= '9') || c == '.' || c == ' '; };
+    text.erase(std::remove_if(text.begin(), text.end(), inNumber), text.end());
+    return text;
 }
 
 } // namespace
@@ -30,27 +41,51 @@ std::string LineEnds::apply(const std::string& text) const
     return result;
 }
 
-ReportLogger::ReportLogger(bool verbose) { setLevel(verbose ? INFO : WARN); }
+ReportLogger::ReportLogger(bool showAll) : verbose(showAll) { setLevel(verbose ? INFO : WARN); }
 
 void ReportLogger::print(unsigned int channel, const char* text)
 {
     if (channel == REPORT) {
         report += text;
-    } else if (channel == ERROR) {
-        if (holding)
-            held.push_back(bare(text));
-        else
-            say("error", bare(text));
+        return;
+    }
+    const std::string message = bare(text);
+    if (channel == WARN && isDiary(message) && !verbose) return;
+    if (holding && channel != INFO)
+        keep(message, channel == ERROR);
+    else
+        say(channel == ERROR ? "error" : channel == WARN ? "warning" : "info", message);
+}
+
+void ReportLogger::keep(const std::string& message, bool isError)
+{
+    const std::string wording = verbose ? message : withoutNumbers(message);
+    const auto alike =
+        std::find_if(held.begin(), held.end(), [&wording, isError](const Held& other) {
+            return other.isError == isError && other.wording == wording;
+        });
+    if (alike == held.end() || verbose) {
+        held.push_back({wording, message, isError, 1});
     } else {
-        say(channel == WARN ? "warning" : "info", bare(text));
+        alike->latest = message;
+        ++alike->count;
     }
 }
 
-void ReportLogger::releaseErrors(bool recovered)
+void ReportLogger::release(bool recovered)
 {
     holding = false;
-    for (const std::string& message : held) say(recovered ? "warning" : "error", message);
+    for (const Held& message : held)
+        say(message.isError && !recovered ? "error" : "warning",
+            message.count == 1
+                ? message.latest
+                : message.latest + " (" + std::to_string(message.count) + " messages like this)");
     held.clear();
+}
+
+void ReportLogger::dismiss()
+{
+    if (!verbose) held.clear();
 }
 
 void ReportLogger::say(const char* severity, const std::string& message)

@@ -20,30 +20,46 @@ private:
 };
 
 /// The program's sink of the log: report text is kept until the command asks for it, severities
-/// go to standard error at once, each line with "ketra: " and its severity in front.
+/// go to standard error, each line with "ketra: " and its severity in front.
 ///
-/// While errors are held back they wait for the outcome: the library reports a failed attempt as an
+/// While messages are held they wait for the outcome: the library reports a failed attempt as an
 /// error even if the next attempt succeeds, and a density it lacks even if the report does without.
+/// An iteration that warns at each of its steps is one message then. What the solver of the
+/// equilibrium writes of its steps counts as information.
 class ReportLogger final : public Sink
 {
 public:
-    explicit ReportLogger(bool verbose);
+    /// \param showAll  pass on informations, too, and every single message
+    explicit ReportLogger(bool showAll);
 
     void print(unsigned int channel, const char* text) override;
 
-    void holdErrors() { holding = true; }
-    /// Prints the errors held back; as warnings if what they interrupted went well after all.
-    void releaseErrors(bool recovered);
+    void hold() { holding = true; }
+    /// Prints the messages held back; errors as warnings if what they interrupted went well after
+    /// all.
+    void release(bool recovered);
+    /// Forgets the messages held back, unless all are to be seen.
+    void dismiss();
 
     /// The report, with the library's line ends.
     const std::string& getReport() const { return report; }
 
 private:
+    /// Messages that differ in their numbers only: the latest stands for all.
+    struct Held {
+        std::string wording; // the message without its numbers
+        std::string latest;
+        bool isError;
+        unsigned count;
+    };
+
     static void say(const char* severity, const std::string& message);
+    void keep(const std::string& message, bool isError);
 
     std::string report;
+    bool verbose;
     bool holding = false;
-    std::vector<std::string> held;
+    std::vector<Held> held;
 };
 
 } // namespace host

@@ -17,6 +17,7 @@ namespace {
 
 constexpr const char* speciesFile = "/thermo.inp";
 constexpr const char* propertiesFile = "/properties.inp";
+constexpr const char* transportFile = "/trans.inp";
 constexpr const char* variable = "KETRA_RESOURCES";
 
 bool isFile(const std::string& path)
@@ -77,6 +78,10 @@ std::string search(const std::string& stated)
 
 Resources::Resources(const std::string& stated) : folder(search(stated)) {}
 
+std::string Resources::getTransportFile() const { return folder + transportFile; }
+
+bool Resources::hasTransport() const { return isFile(getTransportFile()); }
+
 void Resources::load() const
 {
     std::string file = folder + speciesFile;
@@ -90,6 +95,8 @@ void Resources::load() const
             writeToStandardError("ketra: warning: there is no file \"" + file +
                                  "\": liquids have no densities, and no data beside one "
                                  "temperature\n");
+        file = getTransportFile();
+        if (isFile(file)) loadTransportPropertiesDatabase(file.c_str());
     } catch (...) {
         throw describeException(Stage::LOADING, file);
     }

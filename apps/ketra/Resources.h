@@ -16,6 +16,9 @@ public:
     explicit Resources(const std::string& stated);
 
     const std::string& getFolder() const { return folder; }
+    /// The file of transport data, which may be missing.
+    std::string getTransportFile() const;
+    bool hasTransport() const;
     /// Fills the library's database from the files of the folder. \throws Failure
     void load() const;
 

@@ -1,10 +1,11 @@
 #include "Results.h"
-#include "SpeciesText.h"
+#include "EnginePerformance.h"
 
 #include <ketra/performance/TheoreticalPerformance.h>
-#include <ketra/reaction/Derivatives.h>
+#include <ketra/performance/equilibrium/Chamber.h>
+#include <ketra/performance/equilibrium/NozzleSectionConditions.h>
+#include <ketra/performance/frozen/Chamber.h>
 #include <ketra/reaction/Equilibrium.h>
-#include <ketra/reaction/ReactingMixture.h>
 #include <ketra/thermo/Mixture.h>
 #include <ketra/thermo/Propellant.h>
 #include <ketra/thermo/Species.h>
@@ -12,62 +13,14 @@
 #include <ketra/thermo/input/ConfigFile.h>
 #include <ketra/thermo/input/GeneralOptions.h>
 
-#include <nlohmann/json.hpp>
-
-#include <algorithm>
-#include <memory>
-#include <numeric>
-#include <string>
-#include <vector>
+#include <optional>
 
 namespace host {
 namespace {
 
-using Json = nlohmann::ordered_json; // keys stay in the order of writing
-using reaction::Derivatives;
-using reaction::Equilibrium;
-
-/// A number of the state: its key, what it is, its unit and where it comes from.
-struct Quantity {
-    const char* key;
-    const char* name;
-    const char* unit;
-    double (*value)(const Equilibrium&, const Derivatives&);
-};
-
-// clang-format off
-constexpr Quantity quantities[] = {
-    {"T", "temperature", "K", [](const Equilibrium& e, const Derivatives&) { return e.getT(); }},
-    {"p", "pressure", "Pa", [](const Equilibrium&, const Derivatives& d) { return d.getP(); }},
-    {"rho", "density", "kg/m^3", [](const Equilibrium&, const Derivatives& d) { return d.getRho(); }},
-    {"rhoGas", "mass of gas per volume", "kg/m^3", [](const Equilibrium&, const Derivatives& d) { return d.getRhoGas(); }},
-    {"H", "enthalpy", "J/mol", [](const Equilibrium& e, const Derivatives&) { return e.getH(); }},
-    {"h", "specific enthalpy", "J/kg", [](const Equilibrium& e, const Derivatives&) { return e.getHspec(); }},
-    {"S", "entropy", "J/(mol K)", [](const Equilibrium& e, const Derivatives&) { return e.getS(); }},
-    {"s", "specific entropy", "J/(kg K)", [](const Equilibrium& e, const Derivatives&) { return e.getSspec(); }},
-    {"U", "internal energy", "J/mol", [](const Equilibrium& e, const Derivatives&) { return e.getU(); }},
-    {"u", "specific internal energy", "J/kg", [](const Equilibrium& e, const Derivatives&) { return e.getUspec(); }},
-    {"G", "Gibbs energy", "J/mol", [](const Equilibrium& e, const Derivatives&) { return e.getG(); }},
-    {"g", "specific Gibbs energy", "J/kg", [](const Equilibrium& e, const Derivatives&) { return e.getGspec(); }},
-    {"M", "molar mass of the gas", "kg/mol", [](const Equilibrium&, const Derivatives& d) { return d.getMm2(); }},
-    {"MW", "molar mass of the products", "kg/mol", [](const Equilibrium&, const Derivatives& d) { return d.getMm(); }},
-    {"Cp", "equilibrium heat capacity at constant pressure", "J/(mol K)", [](const Equilibrium&, const Derivatives& d) { return d.getCp(); }},
-    {"cp", "specific equilibrium heat capacity at constant pressure", "J/(kg K)", [](const Equilibrium&, const Derivatives& d) { return d.getCp_spec(); }},
-    {"Cv", "equilibrium heat capacity at constant volume", "J/(mol K)", [](const Equilibrium&, const Derivatives& d) { return d.getCv(); }},
-    {"cv", "specific equilibrium heat capacity at constant volume", "J/(kg K)", [](const Equilibrium&, const Derivatives& d) { return d.getCv_spec(); }},
-    {"gamma", "ratio of heat capacities", "1", [](const Equilibrium&, const Derivatives& d) { return d.getGamma(); }},
-    {"k", "isentropic exponent", "1", [](const Equilibrium&, const Derivatives& d) { return d.getK(); }},
-    {"a", "speed of sound", "m/s", [](const Equilibrium&, const Derivatives& d) { return d.getA(); }},
-    {"R", "gas constant of the gas", "J/(kg K)", [](const Equilibrium&, const Derivatives& d) { return d.getR_spec(); }},
-    {"z", "mass fraction of condensed phases", "1", [](const Equilibrium&, const Derivatives& d) { return d.getZ(); }},
-    {"dlnV_dlnT", "(d ln V / d ln T) at constant pressure", "1", [](const Equilibrium&, const Derivatives& d) { return d.get_d_lnV_d_lnT(); }},
-    {"dlnV_dlnp", "(d ln V / d ln p) at constant temperature", "1", [](const Equilibrium&, const Derivatives& d) { return d.get_d_lnV_d_lnp(); }},
-    {"dlnp_dlnT", "(d ln p / d ln T) along an isentrope", "1", [](const Equilibrium&, const Derivatives& d) { return d.get_d_lnp_d_lnT(); }},
-    {"alpha_p", "coefficient of volume expansion", "1/K", [](const Equilibrium&, const Derivatives& d) { return d.getAlpha_p(); }},
-    {"beta_T", "isothermal compressibility", "1/Pa", [](const Equilibrium&, const Derivatives& d) { return d.getBetta_t(); }},
-    {"gamma_V", "pressure coefficient at constant volume", "1/K", [](const Equilibrium&, const Derivatives& d) { return d.getGamma_v(); }},
-};
-// clang-format on
+using performance::TheoreticalPerformance;
+using performance::equilibrium::Chamber;
+using performance::equilibrium::NozzleSectionConditions;
 
 constexpr const char* processNames[] = {"p, H constant", "p, S constant", "p, T constant",
                                         "v, U constant", "v, S constant", "v, T constant"};
@@ -86,7 +39,7 @@ void addReactants(Json& list, const thermo::Mixture& mixture, const char* side, 
     }
 }
 
-Json inputOf(performance::TheoreticalPerformance& performance)
+Json inputOf(TheoreticalPerformance& performance)
 {
     thermo::input::ConfigFile& config = *performance.getData();
     Json input = {
@@ -114,70 +67,185 @@ Json inputOf(performance::TheoreticalPerformance& performance)
     return input;
 }
 
-Json stateOf(const Equilibrium& equilibrium, const Derivatives& derivatives)
+Json impulseResults(const Impulse& impulse) { return {{"Is", impulse.Is}, {"Cf", impulse.Cf}}; }
+
+Json ambientResults(const std::vector<AmbientImpulse>& list)
 {
-    Json state;
-    for (const Quantity& q : quantities) state[q.key] = q.value(equilibrium, derivatives);
-    return state;
+    Json results = Json::array();
+    for (const AmbientImpulse& at : list)
+        results.push_back(
+            {{"pressure", at.pressure}, {"Is", at.impulse.Is}, {"Cf", at.impulse.Cf}});
+    return results;
 }
 
-Json legend()
+Json performanceResults(const SectionPerformance& section)
 {
-    Json units;
-    for (const Quantity& q : quantities) units[q.key] = {{"name", q.name}, {"unit", q.unit}};
-    return units;
+    return {{"vacuum", impulseResults(section.vacuum)},
+            {"optimum", impulseResults(section.optimum)},
+            {"ambient", ambientResults(section.ambient)}};
 }
 
-/// The products, the most plentiful first.
-Json compositionOf(const Equilibrium& equilibrium)
+Json sectionResults(TheoreticalPerformance& performance, const NozzleSectionConditions* section,
+                    bool transport)
 {
-    const std::unique_ptr<reaction::ReactingMixture> products(
-        equilibrium.copyReactingMixture(/*condensed=*/true, /*ions=*/true));
-    const std::unique_ptr<thermo::Mixture> mixture(products->copyResultingMixture());
-    std::vector<int> order(static_cast<std::size_t>(mixture->size()));
-    std::iota(order.begin(), order.end(), 0);
-    std::stable_sort(order.begin(), order.end(), [&mixture](int a, int b) {
-        return mixture->getMolarFraction(a) > mixture->getMolarFraction(b);
-    });
-    Json list = Json::array();
-    for (const int i : order) {
-        const thermo::Species& species = *mixture->getSpecies(i);
-        list.push_back({{"name", species.getName()},
-                        {"phase", phaseOf(species)},
-                        {"condensed", species.isCondensed()},
-                        {"charge", chargeOf(species)},
-                        {"M", species.getM() / 1000},
-                        {"moleFraction", mixture->getMolarFraction(i)},
-                        {"massFraction", mixture->getMassFraction(i)}});
+    if (!section) return nullptr;
+    Json results = stationResults(stationOf(*section), transport);
+    const std::optional<SectionPerformance> delivers = performanceOf(performance, *section);
+    results["performance"] = delivers ? performanceResults(*delivers) : Json(nullptr);
+    return results;
+}
+
+/// \param corrections  null for the ideal engine
+Json ambientResults(TheoreticalPerformance& performance, const Corrections* corrections)
+{
+    Json results = Json::array();
+    for (const AmbientPerformance& at : ambientPerformanceOf(performance)) {
+        Json entry = {{"pressure", at.pressure},
+                      {"separated", at.separated},
+                      {"Is", nullptr},
+                      {"Cf", nullptr}};
+        if (at.impulse)
+            entry.update(
+                impulseResults(corrections ? delivered(*at.impulse, *corrections) : *at.impulse));
+        results.push_back(std::move(entry));
     }
-    return list;
+    return results;
+}
+
+Json correctionResults(const Corrections& c)
+{
+    return {{"reaction", c.reaction},     {"divergence", c.divergence}, {"friction", c.friction},
+            {"multiphase", c.multiphase}, {"nozzle", c.nozzle},         {"overall", c.overall}};
+}
+
+Json deliveredResults(TheoreticalPerformance& performance, const SectionPerformance& ideal,
+                      const Corrections& corrections)
+{
+    return {{"cstar", performance.getChamber()->getCstar(0.0) * corrections.reaction},
+            {"vacuum", impulseResults(delivered(ideal.vacuum, corrections))},
+            {"optimum", impulseResults(delivered(ideal.optimum, corrections))},
+            {"ambient", ambientResults(performance, &corrections)}};
+}
+
+/// Where the composition freezes.
+Json freezingResults(Chamber& chamber)
+{
+    const auto* const frozen = dynamic_cast<performance::frozen::Chamber*>(&chamber);
+    if (!frozen) return nullptr;
+    const NozzleSectionConditions& section = *frozen->getEquilibriumSection();
+    return {{"areaRatio", section.getFr()}, {"p", section.getP()}, {"T", section.getT()}};
+}
+
+Json chamberResults(Chamber& chamber)
+{
+    const Station end = chamberEndOf(chamber);
+    return {{"cstar", chamber.getCstar(0.0)},
+            {"contraction", end.areaRatio ? Json(*end.areaRatio) : Json(nullptr)},
+            {"stagnationPressure", chamber.getPc_0()},
+            {"stagnationPressureRatio", chamber.getSigmaC()},
+            {"throatMassFlux", throatOf(chamber).massFlux()},
+            {"freezing", freezingResults(chamber)}};
+}
+
+/// The keys of a nozzle, for an engine that has none.
+Json withoutNozzle()
+{
+    return {{"PaCrit", nullptr},
+            {"ambient", nullptr},
+            {"corrections", nullptr},
+            {"delivered", nullptr}};
+}
+
+Json nozzleResults(TheoreticalPerformance& performance)
+{
+    Json results = withoutNozzle();
+    const NozzleSectionConditions* const exit = performance.getExitSection();
+    const std::optional<SectionPerformance> ideal =
+        exit ? performanceOf(performance, *exit) : std::nullopt;
+    if (!ideal) return results;
+    results["PaCrit"] = performance.getPaCrit();
+    results["ambient"] = ambientResults(performance, nullptr);
+    if (const std::optional<Corrections> corrections = correctionsOf(performance)) {
+        results["corrections"] = correctionResults(*corrections);
+        results["delivered"] = deliveredResults(performance, *ideal, *corrections);
+    }
+    return results;
 }
 
 } // namespace
 
-std::string resultsAsJson(performance::TheoreticalPerformance& performance,
-                          const std::string& document)
+Json stationsOf(TheoreticalPerformance& performance, bool transport)
 {
-    const Equilibrium& equilibrium = *performance.getEquilibrium();
-    const Derivatives& derivatives = *performance.getDerivatives();
-    const Json results = {
-        {"program", "ketra"},
-        {"version", KETRA_VERSION},
-        {"document", document},
-        {"name", performance.getData()->getName()},
-        {"info", performance.getData()->getInfo()},
-        {"input", inputOf(performance)},
-        {"process", processNames[equilibrium.getProcessType()]},
-        {"state", stateOf(equilibrium, derivatives)},
-        {"composition", compositionOf(equilibrium)},
-        {"units",
-         {{"state", legend()},
-          {"input",
-           {{"pressure", "Pa"}, {"H", "J/mol"}, {"MW", "kg/mol"}, {"T", "K"}, {"p", "Pa"}}},
-          {"composition", {{"M", "kg/mol"}, {"charge", "elementary charges"}}}}},
-    };
+    Json stations;
+    const Chamber* const chamber = performance.getChamber();
+    if (chamber) {
+        stations["chamber"] = stationResults(injectionPlaneOf(*chamber), transport);
+        stations["chamberEnd"] = stationResults(chamberEndOf(*chamber), transport);
+        stations["throat"] = stationResults(throatOf(*chamber), transport);
+    } else {
+        stations["chamber"] = stationResults(
+            stationOf(*performance.getEquilibrium(), *performance.getDerivatives()), transport);
+        stations["chamberEnd"] = nullptr;
+        stations["throat"] = nullptr;
+    }
+    stations["exit"] = sectionResults(performance, performance.getExitSection(), transport);
+    stations["overExpansion"] =
+        sectionResults(performance, performance.getOverExpansionSection(), transport);
+    return stations;
+}
+
+Json engineOf(TheoreticalPerformance& performance)
+{
+    if (!performance.getChamber()) return nullptr;
+    Json engine = chamberResults(*performance.getChamber());
+    engine.update(nozzleResults(performance));
+    return engine;
+}
+
+Json resultsHead(TheoreticalPerformance& performance, const std::string& document)
+{
+    return {{"program", "ketra"},
+            {"version", KETRA_VERSION},
+            {"document", document},
+            {"name", performance.getData()->getName()},
+            {"info", performance.getData()->getInfo()},
+            {"input", inputOf(performance)}};
+}
+
+Json resultsLegend()
+{
+    Json legend = stationLegend();
+    legend["engine"] = {{"cstar", "m/s"},
+                        {"stagnationPressure", "Pa"},
+                        {"throatMassFlux", "kg/(m^2 s)"},
+                        {"PaCrit", "Pa"},
+                        {"Is", "m/s"},
+                        {"pressure", "Pa"},
+                        {"p", "Pa"},
+                        {"T", "K"}};
+    legend["input"] = {
+        {"pressure", "Pa"}, {"H", "J/mol"}, {"MW", "kg/mol"}, {"T", "K"}, {"p", "Pa"}};
+    return legend;
+}
+
+std::string textOf(const Json& results)
+{
     // A name that is no UTF-8 must not cost the results.
     return results.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+Json resultsOf(TheoreticalPerformance& performance, const std::string& document, bool transport)
+{
+    Json results = resultsHead(performance, document);
+    const reaction::Equilibrium& problem = performance.getChamber()
+                                               ? *performance.getChamber()->getReaction()
+                                               : *performance.getEquilibrium();
+    results["process"] = processNames[problem.getProcessType()];
+    results["optimized"] = performance.isOptimized();
+    results["engine"] = engineOf(performance);
+    results["stations"] = stationsOf(performance, transport);
+    results["units"] = resultsLegend();
+    return results;
 }
 
 } // namespace host

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "StationResults.h"
+
 #include <string>
 
 namespace performance {
@@ -8,10 +10,28 @@ class TheoreticalPerformance;
 
 namespace host {
 
-/// The results of a solved problem as JSON text: what was given, the state of the products, their
-/// composition. SI units throughout, each named; numbers in full precision, null for one that is
-/// not finite. \throws thermo::Exception if a result cannot be had
-std::string resultsAsJson(performance::TheoreticalPerformance& performance,
-                          const std::string& document);
+// Results for programs, as JSON: SI units throughout, each named; numbers in full precision, null
+// for one that is not finite or not known. \throws thermo::Exception if a result cannot be had.
+
+/// The head of every results file: program, document, and what the document states.
+Json resultsHead(performance::TheoreticalPerformance& performance, const std::string& document);
+
+/// The stations of a solved problem by name, null for one that it does not have; a problem without
+/// nozzle flow has a chamber only.
+Json stationsOf(performance::TheoreticalPerformance& performance, bool transport);
+
+/// What belongs to the engine as a whole: characteristic velocity, separation, corrections and
+/// delivered values. Null without nozzle flow.
+Json engineOf(performance::TheoreticalPerformance& performance);
+
+/// What the numbers of all results are, and their units.
+Json resultsLegend();
+
+/// The text of a results file.
+std::string textOf(const Json& results);
+
+/// All results of a solved problem.
+Json resultsOf(performance::TheoreticalPerformance& performance, const std::string& document,
+               bool transport);
 
 } // namespace host

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "Case.h"
 #include "ExitCode.h"
+#include "Session.h"
 
 #include <string>
 
@@ -9,16 +11,16 @@ namespace host {
 /// What the user asks of `ketra run`.
 struct RunOptions {
     std::string document;
-    std::string resources; ///< folder; empty: to be looked for
-    std::string json;      ///< file for the results, "-" for standard output; empty: none
-    std::string log;       ///< file for all messages and the report; empty: none
+    ReadingOptions reading;
+    SessionOptions session;
+    std::string json; ///< file for the results, "-" for standard output; empty: none
     bool english = false;
     bool transport = false;
-    bool crlf = false;
-    bool verbose = false;
-    bool strict = false;
-    bool allowInclude = false;
+    bool corrections = false; ///< delivered values even if the document does not ask for them
 };
+
+/// Solves a case and prints its report into the log. \throws Failure
+void solveAndReport(Case& engine, const RunOptions& options, HeldMessages& messages);
 
 /// Checks a document, solves its problem, prints the report. \throws Failure
 ExitCode runDocument(const RunOptions& options);

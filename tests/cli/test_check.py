@@ -2,7 +2,8 @@
 
 import os
 
-from host import (CHAMBER, DATA, DOCUMENT, GOOD, MIXTURE, RESOURCES, SOURCE, HostCase, changed)
+from host import (CHAMBER, DATA, DOCUMENT, FROZEN, GOOD, MIXTURE, RESOURCES, SOURCE, HostCase,
+                  changed, engine)
 
 
 class Check(HostCase):
@@ -150,6 +151,74 @@ class Check(HostCase):
 
     def test_a_newer_version_of_the_format(self):
         self.fault(changed(CHAMBER, "version = 1.2", "version = 1.3"), 1, "1.3", "1.2")
+
+    # Nozzle flow
+
+    def test_a_good_engine_has_no_findings(self):
+        self.assertEqual(self.check(GOOD, engine(
+            FROZEN, "nozzleInletConditions = { contractionAreaRatio = 2.0; };",
+            "ambientConditions = { pressure = { value = 0.0; }; };",
+            "efficiencies = { cycle = 0.99; reaction = 1.0; nozzle = 0.98; nozzleLength = 80.0; "
+            "nozzleHalfAngle = 15.0; };")), "")
+
+    def test_sections_that_no_flow_passes(self):
+        for exit, words in (("areaRatio = 0.9;", ("areaRatio", "1 or more")),
+                            ("areaRatio = -5.0;", ("areaRatio", "1 or more")),
+                            ("pressureRatio = 1.0;", ("pressureRatio", "above 1")),
+                            ("pressure = { value = 0.0; };", ("pressure", "above 0")),
+                            ("pressure = { value = -1.0; };", ("pressure", "above 0"))):
+            with self.subTest(exit=exit):
+                self.fault(engine(exit=exit), 8, "nozzleFlow.nozzleExitConditions", *words)
+        self.fault(engine(exit="areaRatio = 5.0; supersonic = false;"), 8, "not heeded",
+                   code=GOOD, severity="warning")
+
+    def test_conditions_of_the_chamber_that_cannot_be(self):
+        for inlet, words in (("contractionAreaRatio = 1.0;", ("above 1", "wider")),
+                             ("contractionAreaRatio = 0.5;", ("above 1", "wider")),
+                             ("massFlux = { value = 0.0; };", ("above 0", "gas flows"))):
+            with self.subTest(inlet=inlet):
+                self.fault(engine(f"nozzleInletConditions = {{ {inlet} }};"), 8,
+                           "nozzleInletConditions", *words)
+
+    def test_freezing_conditions_that_cannot_be(self):
+        for freezing, words in (("", ("where the composition freezes",)),
+                                ("expansionRatio = 0.0;", ("above 0",)),
+                                ("pressure = { value = 0.0; };", ("above 0",)),
+                                ("pressureRatio = 1.0;", ("above 1",))):
+            with self.subTest(freezing=freezing):
+                self.fault(engine(f"freezingConditions = {{ calculate = true; {freezing} }};"), 8,
+                           "freezingConditions", *words)
+        self.fault(engine("freezingConditions = { expansionRatio = 2.0; };"), 8, "no effect",
+                   code=GOOD, severity="warning")
+        self.fault(engine("freezingConditions = { calculate = true; expansionRatio = 1.05; };"), 8,
+                   "1.1 is taken", code=GOOD, severity="warning")
+
+    def test_a_freezing_pressure_ratio_is_good(self):
+        self.assertEqual(self.check(GOOD, engine(
+            "freezingConditions = { calculate = true; pressureRatio = 5.0; };")), "")
+
+    def test_losses_and_pressures_that_cannot_be(self):
+        for group, words in (("efficiencies = { reaction = 98.0; };", ("98", "at most 1")),
+                             ("efficiencies = { nozzle = 0.0; };", ("above 0",)),
+                             ("efficiencies = { cycle = -0.1; };", ("above 0",)),
+                             ("efficiencies = { nozzleHalfAngle = 90.0; };", ("below 90",)),
+                             ("ambientConditions = { pressure = { value = -1.0; }; };",
+                              ("not be below 0",))):
+            with self.subTest(group=group):
+                self.fault(engine(group), 8, *words)
+        self.fault(engine("efficiencies = { nozzleLength = 0.8; };"), 8, "0.8 %", "60 to 100",
+                   code=GOOD, severity="warning")
+
+    def test_an_optimum_needs_a_nozzle(self):
+        self.fault(changed(CHAMBER, 'value = 6.0; unit = "O/F"', 'unit = "optimal"'), 0,
+                   "without a nozzle there is none")
+        self.fault(changed(CHAMBER, 'ratio = { value = 6.0; unit = "O/F"; };', ""), 0,
+                   "without a nozzle there is none")
+
+    def test_what_is_not_calculated_is_not_checked(self):
+        self.assertEqual(self.check(GOOD, changed(
+            CHAMBER, "calculateNozzleFlow = false;",
+            "calculateNozzleFlow = false; nozzleExitConditions = { areaRatio = 0.5; };")), "")
 
     # Propellant
 

@@ -14,8 +14,8 @@ class Results(HostCase):
     def near(self, a, b, tolerance=ROUNDING):
         self.assertLessEqual(abs(a - b), tolerance * max(abs(a), abs(b)), (a, b))
 
-    def check_consistency(self, results):
-        state, composition = results["state"], results["composition"]
+    def check_consistency(self, station, units):
+        state, composition = station["state"], station["composition"]
         self.near(sum(c["moleFraction"] for c in composition), 1)
         self.near(sum(c["massFraction"] for c in composition), 1)
         MW = sum(c["moleFraction"] * c["M"] for c in composition)
@@ -40,12 +40,12 @@ class Results(HostCase):
         self.near(state["R"], R / state["M"])
         self.near(state["alpha_p"], state["dlnV_dlnT"] / state["T"])
         self.near(state["beta_T"], -state["dlnV_dlnp"] / state["p"])
-        self.assertEqual(set(state), set(results["units"]["state"]))
+        self.assertEqual(set(state), set(units["state"]))
 
     def test_results_of_a_gas_fit_together(self):
         results = self.results(CHAMBER)
-        self.check_consistency(results)
-        state = results["state"]
+        state = results["stations"]["chamber"]["state"]
+        self.check_consistency(results["stations"]["chamber"], results["units"])
         self.assertEqual(state["p"], 10e6)
         self.assertEqual(state["z"], 0)
         # An ideal gas: rho = p M / (R T), U = H - R T.
@@ -65,9 +65,10 @@ class Results(HostCase):
                           '{ name = "HTPB"; massFraction = 0.12; },'
                           '{ name = "AL(cr)"; massFraction = 0.18; }')
         results = self.results(text, resources=RESOURCES)
-        self.check_consistency(results)
-        self.assertGreater(results["state"]["z"], 0.3)
-        self.assertEqual([c["phase"] for c in results["composition"] if c["name"] == "AL2O3(L)"],
+        chamber = results["stations"]["chamber"]
+        self.check_consistency(chamber, results["units"])
+        self.assertGreater(chamber["state"]["z"], 0.3)
+        self.assertEqual([c["phase"] for c in chamber["composition"] if c["name"] == "AL2O3(L)"],
                          ["liquid"])
         self.assertEqual({r["side"] for r in results["input"]["reactants"]}, {"mixture"})
 
@@ -83,7 +84,7 @@ class Results(HostCase):
 
     def test_the_unit_of_the_document_does_not_matter(self):
         def state(text):
-            return self.results(text)["state"]
+            return self.results(text)["stations"]["chamber"]["state"]
 
         mpa = state(CHAMBER)
         for pressure, unit in ((100.0, "bar"), (1e7, "Pa"), (1450.3773773020923, "psi")):
@@ -104,10 +105,10 @@ class Results(HostCase):
                          ["case.cfg", "results.json"])
 
     def test_the_report_shows_the_same_numbers(self):
-        results = self.results(CHAMBER)
+        state = self.results(CHAMBER)["stations"]["chamber"]["state"]
         report = self.expect(GOOD, "run", self.write(CHAMBER), "--resources", self.small)
-        self.assertIn("%10.5f" % results["state"]["T"], report.stdout.decode())
-        self.assertIn("%10.7f" % results["state"]["k"], report.stdout.decode())
+        self.assertIn("%10.5f" % state["T"], report.stdout.decode())
+        self.assertIn("%10.7f" % state["k"], report.stdout.decode())
 
     def test_a_name_that_is_no_utf8_does_not_cost_the_results(self):
         path = self.write(CHAMBER.encode().replace(b'"test"', b'"\xff\xfe"'))

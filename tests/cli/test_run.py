@@ -99,14 +99,6 @@ class Run(HostCase):
             "--json", json)
         self.assertEqual(json.read_text(), "old")
 
-    def test_what_cannot_be_calculated_yet_is_said(self):
-        done = self.run_case(DOCUMENT, changed(
-            CHAMBER, "calculateNozzleFlow = false;",
-            "nozzleExitConditions = { areaRatio = 40.0; };"))
-        self.assertIn(b"nozzle flow", done.stderr)
-        done = self.run_case(DOCUMENT, changed(CHAMBER, 'unit = "O/F"', 'unit = "optimal"'))
-        self.assertIn(b"optimum mixture ratio", done.stderr)
-
     def test_the_library_has_the_last_word_on_a_document(self):
         done = self.run_case(DOCUMENT, changed(CHAMBER, "calculateNozzleFlow = false;", ""))
         self.assertIn(b"Neither freezing conditions, nozzle inlet conditions nor nozzle exit "

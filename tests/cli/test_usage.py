@@ -6,13 +6,19 @@ from host import GOOD, USAGE, HostCase
 class Usage(HostCase):
     def test_help_names_every_command_the_exit_codes_and_an_example(self):
         text = self.expect(GOOD, "--help").stdout.decode()
-        for word in ("run", "check", "species", "KETRA_RESOURCES", "ketra run examples/",
+        for word in ("run", "compare", "throttle", "nozzle", "check", "species", "KETRA_RESOURCES", "ketra run examples/",
                      "Exit status", "70"):
             self.assertIn(word, text)
 
     def test_each_command_has_help_with_examples(self):
         for command, words in (("run", ("--english", "--transport", "--json", "--log",
-                                        "--resources", "--crlf", "DOCUMENT", "O/F")),
+                                        "--resources", "--crlf", "--corrections", "DOCUMENT",
+                                        "O/F", "optimal", "nozzleExitConditions")),
+                               ("compare", ("--english", "--json", "DOCUMENTS")),
+                               ("throttle", ("--ratio", "--json", "--english",
+                                             "--allow-failures", "DOCUMENT")),
+                               ("nozzle", ("--stations", "--csv", "--json", "--composition",
+                                           "--english", "--allow-failures", "DOCUMENT")),
                                ("check", ("--strict", "--allow-include", "DOCUMENT")),
                                ("species", ("PATTERN", "--json"))):
             text = self.expect(GOOD, command, "--help").stdout.decode()
@@ -34,6 +40,9 @@ class Usage(HostCase):
                                 (("run", "a.cfg", "b.cfg"), b"b.cfg"),
                                 (("run", "a.cfg", "--metric"), b"--metric"),
                                 (("run", "a.cfg", "--json"), b"--json"),
+                                (("compare", "a.cfg"), b"DOCUMENTS"),
+                                (("throttle", "a.cfg"), b"--ratio"),
+                                (("nozzle",), b"DOCUMENT"),
                                 (("check",), b"DOCUMENT"),
                                 (("species", "a", "b"), b"b")):
             with self.subTest(arguments=arguments):

@@ -1,6 +1,7 @@
 // Each folder beside this file is one case: a document, and its approved report in SI and in
-// English units. The library's report must be the same to the byte, line ends included. What it
-// printed instead is left in the build folder, where tools/approve.py finds it.
+// English units, each without and with transport properties. The library's report must be the same
+// to the byte, line ends included. What it printed instead is left in the build folder, where
+// tools/approve.py finds it.
 
 #include <ketra/api/ketra.h>
 #include <ketra/performance/TheoreticalPerformance.h>
@@ -23,6 +24,7 @@ namespace fs = std::filesystem;
 
 constexpr unsigned int siUnits = 0;
 constexpr unsigned int englishUnits = 0x80;
+constexpr unsigned int withTransport = 0x100;
 
 std::vector<std::string> caseNames()
 {
@@ -69,6 +71,7 @@ protected:
     {
         loadThermodynamicsDatabase(KETRA_SOURCE_DIR "/resources/thermo.inp", true);
         loadPropertiesDatabase(KETRA_SOURCE_DIR "/resources/properties.inp");
+        loadTransportPropertiesDatabase(KETRA_SOURCE_DIR "/resources/trans.inp");
     }
 
     // Solves the case anew and returns its report.
@@ -110,6 +113,16 @@ TEST_P(Report, InSIUnitsIsAsApproved) { expectAsApproved("report.si.txt", siUnit
 
 TEST_P(Report, InEnglishUnitsIsAsApproved) { expectAsApproved("report.english.txt", englishUnits); }
 
+TEST_P(Report, InSIUnitsWithTransportIsAsApproved)
+{
+    expectAsApproved("report.si.transport.txt", siUnits | withTransport);
+}
+
+TEST_P(Report, InEnglishUnitsWithTransportIsAsApproved)
+{
+    expectAsApproved("report.english.transport.txt", englishUnits | withTransport);
+}
+
 TEST_P(Report, EndsEveryLineWithCarriageReturnAndLineFeed)
 {
     const std::string text = printed(siUnits);
@@ -129,7 +142,7 @@ INSTANTIATE_TEST_SUITE_P(Cases, Report, testing::ValuesIn(caseNames()), [](const
 TEST(ReportCases, HaveADocumentAndTheOriginOfTheirNumbers)
 {
     const std::vector<std::string> names = caseNames();
-    EXPECT_GE(names.size(), 3U);
+    EXPECT_GE(names.size(), 9U);
     for (const std::string& name : names)
         EXPECT_FALSE(contentOf(fs::path(KETRA_REPORT_CASES) / name / "ORIGIN.md").empty()) << name;
 }

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "ReportLogger.h"
+
+namespace host {
+
+/// Holds the library's warnings and errors back while it works, and prints them when it is known
+/// what came of it: as errors, unless `recovered` was called.
+class HeldMessages
+{
+public:
+    explicit HeldMessages(ReportLogger& heldLogger) : logger(heldLogger) { logger.hold(); }
+    HeldMessages(const HeldMessages&) = delete;
+    HeldMessages& operator=(const HeldMessages&) = delete;
+    ~HeldMessages() { logger.release(good); }
+
+    /// What was reported as an error did no harm.
+    void recovered() { good = true; }
+    /// Forgets the messages so far, unless the user asked for all of them.
+    void dismiss() { logger.dismiss(); }
+
+private:
+    ReportLogger& logger;
+    bool good = false;
+};
+
+} // namespace host

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Station.h"
+
+#include <nlohmann/json.hpp>
+
+namespace host {
+
+using Json = nlohmann::ordered_json; // keys stay in the order of writing
+
+/// State and composition of a station, how the gas flows there, and with \p transport its transport
+/// properties; SI units. Null for what is not known there.
+Json stationResults(const Station& station, bool transport);
+
+/// Name and unit of every number of a station, by group.
+Json stationLegend();
+
+} // namespace host
