@@ -4,34 +4,6 @@
 
 namespace performance::equilibrium {
 
-GasGenerator::GasGenerator(thermo::Propellant& propellant) : Combustor(propellant) {}
-
-GasGenerator::GasGenerator(thermo::Propellant& propellant, double H) : Combustor(propellant, H) {}
-
-GasGenerator::GasGenerator(thermo::Propellant& propellant, bool multiphase, bool ions)
-    : Combustor(propellant, multiphase, ions)
-{
-}
-
-GasGenerator::GasGenerator(thermo::Propellant& propellant, double H, bool multiphase, bool ions)
-    : Combustor(propellant, H, multiphase, ions)
-{
-}
-
-GasGenerator::GasGenerator(thermo::Mixture& mixture) : Combustor(mixture) {}
-
-GasGenerator::GasGenerator(thermo::Mixture& mixture, double H) : Combustor(mixture, H) {}
-
-GasGenerator::GasGenerator(thermo::Mixture& mixture, bool multiphase, bool ions)
-    : Combustor(mixture, multiphase, ions)
-{
-}
-
-GasGenerator::GasGenerator(thermo::Mixture& mixture, double H, bool multiphase, bool ions)
-    : Combustor(mixture, H, multiphase, ions)
-{
-}
-
 GasGenerator::~GasGenerator() = default;
 
 void GasGenerator::solve(bool expectCondensed, bool calculateTransport)

@@ -10,15 +10,7 @@ namespace performance::equilibrium {
 class KETRA_API GasGenerator : public Combustor
 {
 public:
-    /// Reactants, initial enthalpy in J/mol and phases as for a `Combustor`.
-    explicit GasGenerator(thermo::Propellant& propellant);
-    GasGenerator(thermo::Propellant& propellant, double H);
-    GasGenerator(thermo::Propellant& propellant, bool multiphase, bool ions);
-    GasGenerator(thermo::Propellant& propellant, double H, bool multiphase, bool ions);
-    explicit GasGenerator(thermo::Mixture& mixture);
-    GasGenerator(thermo::Mixture& mixture, double H);
-    GasGenerator(thermo::Mixture& mixture, bool multiphase, bool ions);
-    GasGenerator(thermo::Mixture& mixture, double H, bool multiphase, bool ions);
+    using Combustor::Combustor;
     ~GasGenerator() override;
 
     /// Solves as a combustor. After a failure the generator can be set to another state and solved
