@@ -39,7 +39,8 @@ std::function<std::unique_ptr<thermo::Mixture>()> pair(const char* oxidizer, dou
 std::vector<Work> allWorks()
 {
     std::vector<Work> all;
-    for (const auto& works : {databaseWorks(), mixtureWorks(), equilibriumWorks(), runWorks()})
+    for (const auto& works :
+         {databaseWorks(), mixtureWorks(), equilibriumWorks(), engineWorks(), runWorks()})
         all.insert(all.end(), works.begin(), works.end());
     return all;
 }

@@ -25,6 +25,7 @@ struct Work {
 std::vector<Work> databaseWorks();
 std::vector<Work> mixtureWorks();
 std::vector<Work> equilibriumWorks();
+std::vector<Work> engineWorks();
 std::vector<Work> runWorks();
 /// All of them, in this order.
 std::vector<Work> allWorks();
