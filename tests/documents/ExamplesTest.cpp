@@ -6,7 +6,7 @@
 #include <ketra/thermo/input/NozzleFlowOptions.h>
 
 #include <documents/Folder.h>
-#include <unit/thermo_input/Facts.h>
+#include <unit/thermo_input/DocumentFacts.h>
 
 #include <gtest/gtest.h>
 

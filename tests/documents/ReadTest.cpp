@@ -4,7 +4,7 @@
 #include <documents/Folder.h>
 #include <support/CapturingLogger.h>
 #include <support/Failures.h>
-#include <unit/thermo_input/Facts.h>
+#include <unit/thermo_input/DocumentFacts.h>
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ namespace {
 
 const std::string wholeDocument = KETRA_SOURCE_DIR "/tests/documents/whole.cfg";
 
-TEST(ReadDocument, TakesEveryKeyAndPassesOverOtherGroups)
+TEST(ReadDocument, TakesEveryGroupAndPassesOverOthers)
 {
     const LogCapture log;
     ConfigFile config;
@@ -73,6 +73,33 @@ TEST(ReadDocument, TakesEveryKeyAndPassesOverOtherGroups)
     EXPECT_EQ(propellant.getFuel(0)->getT(true), 20.27);
     EXPECT_EQ(propellant.getFuel(1)->getT(true), 0.0);
     EXPECT_EQ(propellant.getFuel(1)->getP(true), 101325.0);
+
+    const EngineSize& size = config.getEngineSize();
+    EXPECT_EQ(size.getThrust(true), 180e3);
+    EXPECT_DOUBLE_EQ(size.getAmbientPressure(true), 0.05 * 101325.0);
+    EXPECT_EQ(size.getChambersNo(), 2);
+    EXPECT_EQ(&config.getChamberGeometry(), &config.getEngineSize().getChamberGeometry());
+    const ConfigFile& constant = config;
+    EXPECT_EQ(&constant.getChamberGeometry(), &size.getChamberGeometry());
+    EXPECT_DOUBLE_EQ(size.getChamberGeometry().getChamberLength(true), 0.762);
+    EXPECT_TRUE(size.getChamberGeometry().isTOC_L());
+    EXPECT_EQ(size.getChamberGeometry().getLe(), 6.5);
+
+    ASSERT_TRUE(config.isChamberCooling());
+    const ChamberCooling& cooling = config.getChamberCooling();
+    EXPECT_EQ(cooling.getHeatTransferParameters().getRelationsType(),
+              HeatTransferParameters::BARTZ);
+    ASSERT_EQ(cooling.getSectionListSize(), 4u);
+    EXPECT_EQ(cooling.getSection(0).getId(), "chamber");
+    EXPECT_EQ(dynamic_cast<const ConvectiveCooling&>(cooling.getSection(1)).getCoolantFrom(),
+              "chamber");
+    EXPECT_EQ(dynamic_cast<const TubularJacketDesign&>(cooling.getSection(2)).getN(), 240.0);
+    EXPECT_EQ(cooling.getFilmSlot(0).getMdot(), 0.02);
+
+    const PropellantFeedSystem& feed = constant.getPropellantFeedSystem();
+    EXPECT_TRUE(feed.isEstimateDryMass());
+    EXPECT_EQ(feed.getTurbopumpFeedSystemCycle(), TurbopumpFeedSystem::EXPANDER);
+    EXPECT_EQ(feed.getTurbopumpFeedSystem().getOxidizerBoostPump().getPumpEta(), 0.65);
     EXPECT_NO_THROW(config.validate());
 }
 
@@ -296,6 +323,76 @@ TEST(Validation, DocumentIsValidatedSectionBySection)
     EXPECT_EQ(log.errors().size(), 2u);
 }
 
+TEST(ReadDocument, GroupsThatMayBeMissingLeaveTheirDefaults)
+{
+    const Folder folder;
+    const ConfigFile fresh;
+    const auto nameIn = [](const std::string& key, const std::string& members) {
+        return key + " = {" + members + "};";
+    };
+    const std::string groups[] = {
+        nameIn("engineSize", "thrust = { value = 5.0; };"),
+        nameIn("chamberCooling", "heatTransfer = {};"),
+        nameIn("propelantFeedSystem", "estimateDryMass = true;"),
+    };
+    for (std::size_t there = 0; there < 8; ++there) { // every choice of the three
+        std::string text = smallest;
+        for (std::size_t i = 0; i < 3; ++i)
+            if ((there >> i & 1) != 0) text += groups[i];
+        SCOPED_TRACE(text);
+        ConfigFile config;
+        config.read(folder.write("a.cfg", text).c_str());
+        EXPECT_EQ(config.getEngineSize().isThrustSet(), (there & 1) != 0);
+        EXPECT_EQ(config.isChamberCooling(), (there & 2) != 0);
+        EXPECT_EQ(config.getPropellantFeedSystem().isEstimateDryMass(), (there & 4) != 0);
+        if ((there & 1) == 0) {
+            EXPECT_EQ(factsOf(config.getEngineSize()), factsOf(fresh.getEngineSize()));
+        }
+    }
+    ConfigFile spelt; // the format has one l
+    spelt.read(
+        folder.write("a.cfg", smallest + "propellantFeedSystem = { estimateDryMass = true; };")
+            .c_str());
+    EXPECT_FALSE(spelt.getPropellantFeedSystem().isEstimateDryMass());
+}
+
+TEST(ReadDocument, ChamberCoolingIsReadAnew)
+{
+    const Folder folder;
+    const std::string path = folder.write(
+        "a.cfg", smallest + "chamberCooling = { heatTransfer = {}; filmSlots = ( {} ); };");
+    ConfigFile config;
+    config.setChamberCooling().addSlotJacketSection();
+    config.read(path.c_str());
+    EXPECT_EQ(config.getChamberCooling().getSectionListSize(), 0u);
+    config.read(path.c_str());
+    EXPECT_EQ(config.getChamberCooling().getFilmSlotsListSize(), 1u);
+}
+
+TEST(ConfigFile, ChamberCoolingIsThereWhenItIsSet)
+{
+    ConfigFile config;
+    const ConfigFile& constant = config;
+    const std::string text = "Could not obtain ChamberCooling: NULL pointer\n";
+    const LogCapture log;
+    EXPECT_FALSE(config.isChamberCooling());
+    KETRA_EXPECT_THROW_MESSAGE(config.getChamberCooling(), Exception, 2, "NULL pointer");
+    KETRA_EXPECT_THROW_MESSAGE(constant.getChamberCooling(), Exception, 2, "NULL pointer");
+    EXPECT_EQ(log.errors(), (std::vector<std::string>{text, text}));
+    EXPECT_EQ(log.tagOf(text), "THERMO");
+
+    ChamberCooling& cooling = config.setChamberCooling();
+    cooling.addFilmSlot();
+    EXPECT_TRUE(config.isChamberCooling());
+    EXPECT_EQ(&config.setChamberCooling(), &cooling);
+    EXPECT_EQ(&config.getChamberCooling(), &cooling);
+    EXPECT_EQ(&constant.getChamberCooling(), &cooling);
+    EXPECT_EQ(cooling.getFilmSlotsListSize(), 1u);
+    config.deleteChamberCooling();
+    config.deleteChamberCooling();
+    EXPECT_FALSE(config.isChamberCooling());
+}
+
 TEST(ConfigFile, CopiesAreDeepAndKnowTheirPath)
 {
     auto source = std::make_unique<ConfigFile>(wholeDocument.c_str());
@@ -304,17 +401,38 @@ TEST(ConfigFile, CopiesAreDeepAndKnowTheirPath)
     ConfigFile copy(*source), assigned("other.cfg");
     assigned.setName("other");
     assigned.getPropellant().addFuel(new Component("CH4"));
+    assigned.setChamberCooling().addFilmSlot();
+    assigned.getPropellantFeedSystem().setPressurizedFeedSystem(PressurizedFeedSystem::STORED_GAS);
     assigned = *source;
     assigned = *&assigned;
     source->setInfo("changed");
     source->getNozzleFlowOptions().getEfficiencyFactors().setCycleEfficiency(0.1);
     source->getPropellant().getFuel(0)->setMf(0.1);
+    source->getChamberGeometry().setLe(1.0);
+    source->getChamberCooling().getSection(0).setId("changed");
+    source->getChamberCooling().getFilmSlot(0).getCoolant(0)->setMf(0.1);
+    source->getPropellantFeedSystem().getTurbopumpFeedSystem().getGG1().setSigma(0.1);
     EXPECT_NE(factsOf(*source), facts);
     source.reset();
     EXPECT_EQ(factsOf(copy), facts);
     EXPECT_EQ(factsOf(assigned), facts);
     EXPECT_STREQ(copy.getPath(), wholeDocument.c_str());
     EXPECT_STREQ(assigned.getPath(), wholeDocument.c_str());
+
+    // And the other way round: the copies go, and the source stays.
+    ConfigFile kept(copy);
+    {
+        ConfigFile gone(kept);
+        gone.deleteChamberCooling();
+        gone.getPropellantFeedSystem().clear();
+        gone.getEngineSize().clear();
+        gone.getPropellant().reset();
+        gone.getNozzleFlowOptions().reset();
+    }
+    EXPECT_EQ(factsOf(kept), facts);
+    kept = ConfigFile();
+    EXPECT_EQ(factsOf(kept), factsOf(ConfigFile()));
+    EXPECT_FALSE(kept.isChamberCooling());
 }
 
 } // namespace

@@ -4,7 +4,7 @@
 #include <documents/Folder.h>
 #include <support/CapturingLogger.h>
 #include <support/Failures.h>
-#include <unit/thermo_input/Facts.h>
+#include <unit/thermo_input/DocumentFacts.h>
 #include <unit/thermo_input/Settings.h>
 
 #include <gtest/gtest.h>
@@ -33,10 +33,11 @@ TEST(WrittenDocument, FreshOneHoldsItsVersionAndNothingElse)
     Settings settings(folder.read("a.cfg"));
     EXPECT_EQ(static_cast<double>(settings["version"]), 1.2);
     EXPECT_EQ(ketra_test::countScalars(settings.root()), 1);
-    const char* groups[] = {"version", "generalOptions", "combustionChamberConditions",
-                            "nozzleFlow", "propellant"};
-    ASSERT_EQ(settings.root().getLength(), 5);
-    for (int i = 0; i < 5; ++i) EXPECT_STREQ(settings.root()[i].getName(), groups[i]);
+    const char* groups[] = {
+        "version",    "generalOptions", "combustionChamberConditions", "nozzleFlow",
+        "propellant", "engineSize",     "propelantFeedSystem"};
+    ASSERT_EQ(settings.root().getLength(), 7);
+    for (int i = 0; i < 7; ++i) EXPECT_STREQ(settings.root()[i].getName(), groups[i]);
 }
 
 TEST(WrittenDocument, OnlyWhatDiffersFromTheDefaults)
@@ -94,7 +95,29 @@ propellant :
     fuel = ();
   };
 };
+engineSize :
+{
+  chambersNo = 1;
+};
+propelantFeedSystem :
+{
+  estimateDryMass = false;
+};
 )");
+}
+
+TEST(WrittenDocument, GroupsStandInTheOrderOfTheFormat)
+{
+    const Folder folder;
+    ConfigFile config(KETRA_SOURCE_DIR "/tests/documents/whole.cfg");
+    config.read(nullptr);
+    config.write(folder.at("a.cfg").c_str(), true);
+    Settings settings(folder.read("a.cfg"));
+    const char* keys[] = {
+        "version",    "name",       "info",       "generalOptions", "combustionChamberConditions",
+        "nozzleFlow", "propellant", "engineSize", "chamberCooling", "propelantFeedSystem"};
+    ASSERT_EQ(settings.root().getLength(), 10);
+    for (int i = 0; i < 10; ++i) EXPECT_STREQ(settings.root()[i].getName(), keys[i]);
 }
 
 TEST(WrittenDocument, WholeOneIsReadBackAsItWas)

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <ketra/runtime/Exception.h>
-#include <ketra/thermo/input/ConfigFile.h>
+#include <ketra/thermo/input/CombustionChamberConditions.h>
+#include <ketra/thermo/input/GeneralOptions.h>
+#include <ketra/thermo/input/NozzleFlowOptions.h>
+#include <ketra/thermo/input/Propellant.h>
 
 #include <cstdio>
 #include <map>
@@ -166,17 +169,6 @@ inline void tell(FactWriter to, const thermo::input::Propellant& s)
     for (unsigned int i = 0; i < s.getFuelListSize(); ++i) tell(to.below("fuel", i), *s.getFuel(i));
     for (unsigned int i = 0; i < s.getSpeciesListSize(); ++i)
         tell(to.below("species", i), *s.getSpecies(i));
-}
-
-inline void tell(FactWriter to, const thermo::input::ConfigFile& s)
-{
-    to.say("version", s.getVersion());
-    to.say("name", s.getName());
-    to.say("info", s.getInfo());
-    tell(to.below("generalOptions"), s.getGeneralOptions());
-    tell(to.below("combustionChamberConditions"), s.getCombustionChamberConditions());
-    tell(to.below("nozzleFlow"), s.getNozzleFlowOptions());
-    tell(to.below("propellant"), s.getPropellant());
 }
 
 template <class Section> Facts factsOf(const Section& section)

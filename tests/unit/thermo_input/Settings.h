@@ -13,7 +13,8 @@ public:
     explicit Settings(const std::string& text = "")
     {
         config.setAutoConvert(true);
-        config.readString(text);
+        // Not for nothing: the parser leaves the thread without its locale.
+        if (!text.empty()) config.readString(text);
     }
     libconfig::Setting& root() { return config.getRoot(); }
     libconfig::Setting& operator[](const char* path) { return config.lookup(path); }

@@ -5,19 +5,19 @@ namespace thermo::input {
 void AmbientConditions::setFixedPressure(double p, Pressure::UNITS unit, bool keepUnit)
 {
     deleteRangePressure();
-    fixedPressure.create().set(p, unit, keepUnit);
+    fixedPressure.set(p, unit, keepUnit);
 }
 
 void AmbientConditions::setRangePressureMin(double p, Pressure::UNITS unit, bool keepUnit)
 {
     deleteFixedPressure();
-    minPressure.create().set(p, unit, keepUnit);
+    minPressure.set(p, unit, keepUnit);
 }
 
 void AmbientConditions::setRangePressureMax(double p, Pressure::UNITS unit, bool keepUnit)
 {
     deleteFixedPressure();
-    maxPressure.create().set(p, unit, keepUnit);
+    maxPressure.set(p, unit, keepUnit);
 }
 
 void AmbientConditions::validate()
@@ -29,10 +29,7 @@ void AmbientConditions::validate()
 
 void AmbientConditions::fields(Fields& walk)
 {
-    if (!walk.field(fixedPressure)) {
-        walk.field(minPressure);
-        walk.field(maxPressure);
-    }
+    if (!walk.field(fixedPressure)) walk.each(minPressure, maxPressure);
     walk.field(deliveredPerformance);
 }
 

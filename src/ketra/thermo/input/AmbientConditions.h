@@ -1,7 +1,7 @@
 #pragma once
 
 #include <ketra/thermo/input/DataValue.h>
-#include <ketra/thermo/input/Optional.h>
+#include <ketra/thermo/input/OptionalQuantity.h>
 #include <ketra/thermo/input/Pressure.h>
 #include <ketra/thermo/input/Section.h>
 
@@ -15,18 +15,9 @@ public:
 
     /// The one ambient pressure; in Pa if \p si, else as stated.
     bool isFixedPressureSet() const { return fixedPressure.isSet(); }
-    double getFixedPressure(bool si) const
-    {
-        return fixedPressure.at("fixed pressure").valueFor(si);
-    }
-    double getFixedPressure(Pressure::UNITS unit) const
-    {
-        return fixedPressure.at("fixed pressure").get(unit);
-    }
-    Pressure::UNITS getFixedPressureUnit(bool si) const
-    {
-        return fixedPressure.at("fixed pressure unit").unitFor(si);
-    }
+    double getFixedPressure(bool si) const { return fixedPressure.valueFor(si); }
+    double getFixedPressure(Pressure::UNITS unit) const { return fixedPressure.get(unit); }
+    Pressure::UNITS getFixedPressureUnit(bool si) const { return fixedPressure.unitFor(si); }
     /// Drops the range.
     void setFixedPressure(double p, Pressure::UNITS unit, bool keepUnit);
     void deleteFixedPressure() { fixedPressure.reset(); }
@@ -35,34 +26,16 @@ public:
     bool isRangePressureSet() const { return minPressure.isSet() && maxPressure.isSet(); }
 
     /// Lower end of the range; in Pa if \p si, else as stated.
-    double getRangePressureMin(bool si) const
-    {
-        return minPressure.at("minimum ambient pressure").valueFor(si);
-    }
-    double getRangePressureMin(Pressure::UNITS unit) const
-    {
-        return minPressure.at("minimum ambient pressure").get(unit);
-    }
-    Pressure::UNITS getRangePressureMinUnit(bool si) const
-    {
-        return minPressure.at("minimum ambient pressure unit").unitFor(si);
-    }
+    double getRangePressureMin(bool si) const { return minPressure.valueFor(si); }
+    double getRangePressureMin(Pressure::UNITS unit) const { return minPressure.get(unit); }
+    Pressure::UNITS getRangePressureMinUnit(bool si) const { return minPressure.unitFor(si); }
     /// Drops the one pressure.
     void setRangePressureMin(double p, Pressure::UNITS unit, bool keepUnit);
 
     /// Upper end of the range; in Pa if \p si, else as stated.
-    double getRangePressureMax(bool si) const
-    {
-        return maxPressure.at("maximum ambient pressure").valueFor(si);
-    }
-    double getRangePressureMax(Pressure::UNITS unit) const
-    {
-        return maxPressure.at("maximum ambient pressure").get(unit);
-    }
-    Pressure::UNITS getRangePressureMaxUnit(bool si) const
-    {
-        return maxPressure.at("maximum ambient pressure unit").unitFor(si);
-    }
+    double getRangePressureMax(bool si) const { return maxPressure.valueFor(si); }
+    double getRangePressureMax(Pressure::UNITS unit) const { return maxPressure.get(unit); }
+    Pressure::UNITS getRangePressureMaxUnit(bool si) const { return maxPressure.unitFor(si); }
     /// Drops the one pressure.
     void setRangePressureMax(double p, Pressure::UNITS unit, bool keepUnit);
     void deleteRangePressure() { clear(minPressure, maxPressure); }
@@ -77,9 +50,11 @@ public:
 private:
     void fields(Fields& walk) override;
 
-    Optional<Pressure> fixedPressure{"pressure", 0.0, Pressure::PA};
-    Optional<Pressure> minPressure{"minPressure", 0.0, Pressure::PA};
-    Optional<Pressure> maxPressure{"maxPressure", 0.0, Pressure::PA};
+    OptionalQuantity<Pressure> fixedPressure{"pressure", 0.0, Pressure::PA, "fixed pressure"};
+    OptionalQuantity<Pressure> minPressure{"minPressure", 0.0, Pressure::PA,
+                                           "minimum ambient pressure"};
+    OptionalQuantity<Pressure> maxPressure{"maxPressure", 0.0, Pressure::PA,
+                                           "maximum ambient pressure"};
     DataValue<bool> deliveredPerformance{"calculateDeliveredPerformance", true};
 };
 

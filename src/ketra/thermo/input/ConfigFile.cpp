@@ -37,6 +37,9 @@ void ConfigFile::readSections(const Setting& root)
     chamberConditions.read(root);
     nozzleFlowOptions.read(root);
     propellant.read(root);
+    if (root.exists(engineSize.getName())) engineSize.read(root);
+    if (root.exists(chamberCooling.getKey())) chamberCooling.renew().read(root);
+    if (root.exists(propellantFeedSystem.getName())) propellantFeedSystem.read(root);
 }
 
 void ConfigFile::requireKnownVersion() const
@@ -65,6 +68,9 @@ void ConfigFile::writeSections(Setting& root, bool all)
     chamberConditions.write(root, all);
     nozzleFlowOptions.write(root, all);
     propellant.write(root, all);
+    engineSize.write(root, all);
+    if (isChamberCooling()) getChamberCooling().write(root, all);
+    propellantFeedSystem.write(root, all);
 }
 
 void ConfigFile::validate()
@@ -73,6 +79,9 @@ void ConfigFile::validate()
     chamberConditions.validate();
     nozzleFlowOptions.validate();
     propellant.validate();
+    engineSize.validate();
+    chamberCooling.validate();
+    propellantFeedSystem.validate();
 }
 
 } // namespace thermo::input

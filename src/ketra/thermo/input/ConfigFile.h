@@ -1,10 +1,13 @@
 #pragma once
 
 #include <ketra/io/File.h>
+#include <ketra/thermo/input/ChamberCooling.h>
 #include <ketra/thermo/input/CombustionChamberConditions.h>
+#include <ketra/thermo/input/EngineSize.h>
 #include <ketra/thermo/input/GeneralOptions.h>
 #include <ketra/thermo/input/NozzleFlowOptions.h>
 #include <ketra/thermo/input/Propellant.h>
+#include <ketra/thermo/input/PropellantFeedSystem.h>
 
 namespace thermo::input {
 
@@ -50,8 +53,23 @@ public:
     const NozzleFlowOptions& getNozzleFlowOptions() const { return nozzleFlowOptions; }
     Propellant& getPropellant() { return propellant; }
     const Propellant& getPropellant() const { return propellant; }
+    EngineSize& getEngineSize() { return engineSize; }
+    const EngineSize& getEngineSize() const { return engineSize; }
+    /// The geometry that belongs to the size of the engine.
+    ChamberGeometry& getChamberGeometry() { return engineSize.getChamberGeometry(); }
+    const ChamberGeometry& getChamberGeometry() const { return engineSize.getChamberGeometry(); }
+    PropellantFeedSystem& getPropellantFeedSystem() { return propellantFeedSystem; }
+    const PropellantFeedSystem& getPropellantFeedSystem() const { return propellantFeedSystem; }
 
-    /// Checks every section; the first fault throws.
+    /// How the chamber is cooled, the one section that may be absent.
+    bool isChamberCooling() const { return chamberCooling.isSet(); }
+    /// Makes the section if it is absent. \returns it
+    ChamberCooling& setChamberCooling() { return chamberCooling.create(); }
+    ChamberCooling& getChamberCooling() { return chamberCooling.at("ChamberCooling"); }
+    const ChamberCooling& getChamberCooling() const { return chamberCooling.at("ChamberCooling"); }
+    void deleteChamberCooling() { chamberCooling.reset(); }
+
+    /// Checks every section in the order of the document; the first fault throws.
     /// \throws Exception 7
     virtual void validate();
 
@@ -67,6 +85,9 @@ private:
     CombustionChamberConditions chamberConditions;
     NozzleFlowOptions nozzleFlowOptions;
     Propellant propellant;
+    EngineSize engineSize;
+    Optional<ChamberCooling> chamberCooling;
+    PropellantFeedSystem propellantFeedSystem;
 };
 
 } // namespace thermo::input

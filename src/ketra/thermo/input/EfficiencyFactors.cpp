@@ -4,12 +4,7 @@ namespace thermo::input {
 
 void EfficiencyFactors::fields(Fields& walk)
 {
-    walk.field(apply);
-    walk.field(cycle);
-    walk.field(reaction);
-    walk.field(nozzle);
-    walk.field(nozzleLength);
-    walk.field(coneHalfAngle);
+    walk.each(apply, cycle, reaction, nozzle, nozzleLength, coneHalfAngle);
 }
 
 } // namespace thermo::input

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <ketra/thermo/input/DataValue.h>
-#include <ketra/thermo/input/Optional.h>
+#include <ketra/thermo/input/OptionalValue.h>
 #include <ketra/thermo/input/Section.h>
 
 namespace thermo::input {
@@ -19,46 +18,43 @@ public:
 
     /// Efficiency of the engine cycle.
     bool isCycleEfficiencySet() const { return cycle.isSet(); }
-    double getCycleEfficiency() const { return cycle.at("cycle efficiency coefficient").get(); }
-    void setCycleEfficiency(double factor) { cycle.create().set(factor); }
+    double getCycleEfficiency() const { return cycle.get(); }
+    void setCycleEfficiency(double factor) { cycle.set(factor); }
     void deleteCycleEfficiency() { cycle.reset(); }
 
     /// Efficiency of the reaction in the chamber.
     bool isReactionEfficiencySet() const { return reaction.isSet(); }
-    double getReactionEfficiency() const
-    {
-        return reaction.at("reaction efficiency coefficient").get();
-    }
-    void setReactionEfficiency(double factor) { reaction.create().set(factor); }
+    double getReactionEfficiency() const { return reaction.get(); }
+    void setReactionEfficiency(double factor) { reaction.set(factor); }
     void deleteReactionEfficiency() { reaction.reset(); }
 
     /// Efficiency of the nozzle.
     bool isNozzleEfficiencySet() const { return nozzle.isSet(); }
-    double getNozzleEfficiency() const { return nozzle.at("nozzle efficiency coefficient").get(); }
-    void setNozzleEfficiency(double factor) { nozzle.create().set(factor); }
+    double getNozzleEfficiency() const { return nozzle.get(); }
+    void setNozzleEfficiency(double factor) { nozzle.set(factor); }
     void deleteNozzleEfficiency() { nozzle.reset(); }
 
     /// Length of a bell nozzle.
     bool isNozzleLengthSet() const { return nozzleLength.isSet(); }
-    double getNozzleLength() const { return nozzleLength.at("bell nozzle length").get(); }
-    void setNozzleLength(double length) { nozzleLength.create().set(length); }
+    double getNozzleLength() const { return nozzleLength.get(); }
+    void setNozzleLength(double length) { nozzleLength.set(length); }
     void deleteNozzleLength() { nozzleLength.reset(); }
 
     /// Half angle of a conical nozzle.
     bool isConeHalfAngleSet() const { return coneHalfAngle.isSet(); }
-    double getConeHalfAngle() const { return coneHalfAngle.at("conical nozzle half angle").get(); }
-    void setConeHalfAngle(double angle) { coneHalfAngle.create().set(angle); }
+    double getConeHalfAngle() const { return coneHalfAngle.get(); }
+    void setConeHalfAngle(double angle) { coneHalfAngle.set(angle); }
     void deleteConeHalfAngle() { coneHalfAngle.reset(); }
 
 private:
     void fields(Fields& walk) override;
 
     DataValue<bool> apply{"apply", true};
-    Optional<DataValue<double>> cycle{"cycle", 0.0};
-    Optional<DataValue<double>> reaction{"reaction", 0.0};
-    Optional<DataValue<double>> nozzle{"nozzle", 0.0};
-    Optional<DataValue<double>> nozzleLength{"nozzleLength", 0.0};
-    Optional<DataValue<double>> coneHalfAngle{"nozzleHalfAngle", 0.0};
+    OptionalValue<double> cycle{"cycle", 0.0, "cycle efficiency coefficient"};
+    OptionalValue<double> reaction{"reaction", 0.0, "reaction efficiency coefficient"};
+    OptionalValue<double> nozzle{"nozzle", 0.0, "nozzle efficiency coefficient"};
+    OptionalValue<double> nozzleLength{"nozzleLength", 0.0, "bell nozzle length"};
+    OptionalValue<double> coneHalfAngle{"nozzleHalfAngle", 0.0, "conical nozzle half angle"};
 };
 
 } // namespace thermo::input

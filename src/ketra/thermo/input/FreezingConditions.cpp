@@ -5,19 +5,19 @@ namespace thermo::input {
 void FreezingConditions::setExpansionRatio(double ratio)
 {
     clear(pressure, pressureRatio);
-    expansionRatio.create().set(ratio);
+    expansionRatio.set(ratio);
 }
 
 void FreezingConditions::setPressure(double p, Pressure::UNITS unit, bool keepUnit)
 {
     clear(expansionRatio, pressureRatio);
-    pressure.create().set(p, unit, keepUnit);
+    pressure.set(p, unit, keepUnit);
 }
 
 void FreezingConditions::setPressureRatio(double ratio)
 {
     clear(expansionRatio, pressure);
-    pressureRatio.create().set(ratio);
+    pressureRatio.set(ratio);
 }
 
 void FreezingConditions::validate()

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <ketra/thermo/input/DataValue.h>
-#include <ketra/thermo/input/Optional.h>
+#include <ketra/thermo/input/OptionalQuantity.h>
+#include <ketra/thermo/input/OptionalValue.h>
 #include <ketra/thermo/input/Pressure.h>
 #include <ketra/thermo/input/Section.h>
 
@@ -20,28 +20,22 @@ public:
 
     /// Area over throat area at which the flow freezes.
     bool isExpansionRatioSet() const { return expansionRatio.isSet(); }
-    double getExpansionRatio() const
-    {
-        return expansionRatio.at("area ratio from freezing conditions").get();
-    }
+    double getExpansionRatio() const { return expansionRatio.get(); }
     void setExpansionRatio(double ratio);
     void deleteExpansionRatio() { expansionRatio.reset(); }
 
     /// Pressure at which the flow freezes; in Pa if \p si, else as stated.
     bool isPressureSet() const { return pressure.isSet(); }
-    double getPressure(bool si) const { return requirePressure().valueFor(si); }
-    double getPressure(Pressure::UNITS unit) const { return requirePressure().get(unit); }
+    double getPressure(bool si) const { return pressure.valueFor(si); }
+    double getPressure(Pressure::UNITS unit) const { return pressure.get(unit); }
     /// \throws Exception 2 without a line in the log while no pressure is set
-    Pressure::UNITS getPressureUnit(bool si) const { return pressure.at().unitFor(si); }
+    Pressure::UNITS getPressureUnit(bool si) const { return pressure.unitFor(si); }
     void setPressure(double p, Pressure::UNITS unit, bool keepUnit);
     void deletePressure() { pressure.reset(); }
 
     /// Chamber pressure over the pressure at which the flow freezes.
     bool isPressureRatioSet() const { return pressureRatio.isSet(); }
-    double getPressureRatio() const
-    {
-        return pressureRatio.at("pressure ratio from freezing conditions").get();
-    }
+    double getPressureRatio() const { return pressureRatio.get(); }
     void setPressureRatio(double ratio);
     void deletePressureRatio() { pressureRatio.reset(); }
 
@@ -52,15 +46,14 @@ public:
 
 private:
     void fields(Fields& walk) override;
-    const Pressure& requirePressure() const
-    {
-        return pressure.at("pressure from freezing conditions");
-    }
 
     DataValue<bool> calculate{"calculate", false};
-    Optional<DataValue<double>> expansionRatio{"expansionRatio", 0.0};
-    Optional<Pressure> pressure{"pressure", 0.0, Pressure::PA};
-    Optional<DataValue<double>> pressureRatio{"pressureRatio", 0.0};
+    OptionalValue<double> expansionRatio{"expansionRatio", 0.0,
+                                         "area ratio from freezing conditions"};
+    OptionalQuantity<Pressure> pressure{"pressure", 0.0, Pressure::PA,
+                                        "pressure from freezing conditions", ""};
+    OptionalValue<double> pressureRatio{"pressureRatio", 0.0,
+                                        "pressure ratio from freezing conditions"};
 };
 
 } // namespace thermo::input

@@ -2,11 +2,6 @@
 
 namespace thermo::input {
 
-void GeneralOptions::fields(Fields& walk)
-{
-    walk.field(multiphase);
-    walk.field(ions);
-    walk.field(flowSeparation);
-}
+void GeneralOptions::fields(Fields& walk) { walk.each(multiphase, ions, flowSeparation); }
 
 } // namespace thermo::input

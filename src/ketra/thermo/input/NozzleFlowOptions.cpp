@@ -1,24 +1,6 @@
 #include <ketra/thermo/input/NozzleFlowOptions.h>
 
-#include <libconfig.h++>
-
-#include <memory>
-
-using libconfig::Setting;
-
 namespace thermo::input {
-
-namespace {
-
-constexpr const char* stationsKey = "nozzleStations";
-constexpr const char* stationKey = "stationConditions";
-
-} // namespace
-
-NozzleSectionConditions& NozzleFlowOptions::setSection()
-{
-    return stations.add(std::make_unique<NozzleSectionConditions>(stationKey));
-}
 
 void NozzleFlowOptions::reset()
 {
@@ -37,40 +19,14 @@ void NozzleFlowOptions::validate()
     exit.validate();
     ambient.validate();
     throttling.validate();
-    for (unsigned int i = 0; i < stations.size(); ++i) stations.at(i).validate();
-}
-
-// The stations are a list of groups, each holding one section under a key of its own.
-void NozzleFlowOptions::read(const Setting& parent)
-{
-    Section::read(parent);
-    const Setting& group = getSettings(parent);
-    if (!group.exists(stationsKey) || !group[stationsKey].isList()) return;
-    const Setting& list = group[stationsKey];
-    for (int i = 0; i < list.getLength(); ++i) {
-        auto station = std::make_unique<NozzleSectionConditions>(stationKey);
-        station->read(list[i]);
-        stations.add(std::move(station));
-    }
-}
-
-void NozzleFlowOptions::write(Setting& parent, bool all)
-{
-    Section::write(parent, all);
-    Setting& list = createList(createSettings(parent), stationsKey);
-    for (unsigned int i = 0; i < stations.size(); ++i)
-        stations.at(i).write(list.add(Setting::TypeGroup), all);
+    stations.validate();
 }
 
 void NozzleFlowOptions::fields(Fields& walk)
 {
-    walk.field(calculateNozzleFlow);
-    walk.field(freezing);
-    walk.field(inlet);
-    walk.field(exit);
+    walk.each(calculateNozzleFlow, freezing, inlet, exit);
     walk.sparse(efficiencies);
-    walk.field(ambient);
-    walk.field(throttling);
+    walk.each(ambient, throttling, stations);
 }
 
 } // namespace thermo::input

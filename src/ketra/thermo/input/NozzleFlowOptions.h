@@ -3,7 +3,7 @@
 #include <ketra/thermo/input/AmbientConditions.h>
 #include <ketra/thermo/input/EfficiencyFactors.h>
 #include <ketra/thermo/input/FreezingConditions.h>
-#include <ketra/thermo/input/List.h>
+#include <ketra/thermo/input/NodeList.h>
 #include <ketra/thermo/input/NozzleInletConditions.h>
 #include <ketra/thermo/input/NozzleSectionConditions.h>
 #include <ketra/thermo/input/ThrottlingConditions.h>
@@ -59,7 +59,7 @@ public:
     NozzleSectionConditions& getSection(unsigned int i) { return stations.at(i); }
     const NozzleSectionConditions& getSection(unsigned int i) const { return stations.at(i); }
     /// Appends a station. \returns it
-    NozzleSectionConditions& setSection();
+    NozzleSectionConditions& setSection() { return stations.add(); }
     void clearSectionList() { stations.clear(); }
 
     /// What separates the real engine from the ideal one.
@@ -111,8 +111,6 @@ public:
     /// A nozzle flow needs freezing, inlet or exit conditions; what is set must be valid itself.
     /// \throws Exception 7
     void validate() override;
-    void read(const libconfig::Setting& parent) override;
-    void write(libconfig::Setting& parent, bool all) override;
 
 private:
     void fields(Fields& walk) override;
@@ -124,7 +122,7 @@ private:
     Optional<EfficiencyFactors> efficiencies;
     Optional<AmbientConditions> ambient;
     Optional<ThrottlingConditions> throttling;
-    List<NozzleSectionConditions> stations; // each in a group of its own, as "stationConditions"
+    NodeList<NozzleSectionConditions> stations{"nozzleStations", "stationConditions"};
 };
 
 } // namespace thermo::input

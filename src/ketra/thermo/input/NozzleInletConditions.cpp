@@ -5,13 +5,13 @@ namespace thermo::input {
 void NozzleInletConditions::setContractionAreaRatio(double ratio)
 {
     clear(massFlux);
-    contractionAreaRatio.create().set(ratio);
+    contractionAreaRatio.set(ratio);
 }
 
 void NozzleInletConditions::setMassFlux(double flux, MassFlux::UNITS unit, bool keepUnit)
 {
     clear(contractionAreaRatio);
-    massFlux.create().set(flux, unit, keepUnit);
+    massFlux.set(flux, unit, keepUnit);
 }
 
 void NozzleInletConditions::validate()

@@ -5,7 +5,7 @@ namespace thermo::input {
 void NozzleSectionConditions::setAreaRatio(double ratio, bool supersonic)
 {
     clear(pressureRatio, pressure);
-    areaRatio.create().set(ratio);
+    areaRatio.set(ratio);
     superSonic.set(supersonic);
 }
 
@@ -19,14 +19,14 @@ void NozzleSectionConditions::setPressureRatio(double ratio)
 {
     deleteAreaRatio();
     clear(pressure);
-    pressureRatio.create().set(ratio);
+    pressureRatio.set(ratio);
 }
 
 void NozzleSectionConditions::setPressure(double p, Pressure::UNITS unit, bool keepUnit)
 {
     deleteAreaRatio();
     clear(pressureRatio);
-    pressure.create().set(p, unit, keepUnit);
+    pressure.set(p, unit, keepUnit);
 }
 
 void NozzleSectionConditions::validate()

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <ketra/thermo/input/DataValue.h>
-#include <ketra/thermo/input/Optional.h>
+#include <ketra/thermo/input/OptionalQuantity.h>
+#include <ketra/thermo/input/OptionalValue.h>
 #include <ketra/thermo/input/Pressure.h>
 #include <ketra/thermo/input/Section.h>
 
@@ -16,10 +16,7 @@ public:
 
     /// Section area over throat area.
     bool isAreaRatio() const { return areaRatio.isSet(); }
-    double getAreaRatio() const
-    {
-        return areaRatio.at("area ratio for nozzle section conditions").get();
-    }
+    double getAreaRatio() const { return areaRatio.get(); }
     /// Behind the throat, or before it; true without an area ratio.
     bool isSuperSonicAreaRatio() const { return superSonic.get(); }
     /// \p supersonic tells on which side of the throat the area ratio lies.
@@ -28,27 +25,15 @@ public:
 
     /// Chamber pressure over section pressure.
     bool isPressureRatio() const { return pressureRatio.isSet(); }
-    double getPressureRatio() const
-    {
-        return pressureRatio.at("pressure ratio for nozzle section conditions").get();
-    }
+    double getPressureRatio() const { return pressureRatio.get(); }
     void setPressureRatio(double ratio);
     void deletePressureRatio() { pressureRatio.reset(); }
 
     /// Section pressure; in Pa if \p si, else as stated.
     bool isPressure() const { return pressure.isSet(); }
-    double getPressure(bool si) const
-    {
-        return pressure.at("pressure for nozzle section conditions").valueFor(si);
-    }
-    double getPressure(Pressure::UNITS unit) const
-    {
-        return pressure.at("pressure for nozzle section conditions").get(unit);
-    }
-    Pressure::UNITS getPressureUnit(bool si) const
-    {
-        return pressure.at("pressure unit for nozzle section conditions").unitFor(si);
-    }
+    double getPressure(bool si) const { return pressure.valueFor(si); }
+    double getPressure(Pressure::UNITS unit) const { return pressure.get(unit); }
+    Pressure::UNITS getPressureUnit(bool si) const { return pressure.unitFor(si); }
     void setPressure(double p, Pressure::UNITS unit, bool keepUnit);
     void deletePressure() { pressure.reset(); }
 
@@ -59,10 +44,13 @@ public:
 private:
     void fields(Fields& walk) override;
 
-    Optional<DataValue<double>> areaRatio{"areaRatio", 0.0};
+    OptionalValue<double> areaRatio{"areaRatio", 0.0, "area ratio for nozzle section conditions"};
     DataValue<bool> superSonic{"supersonic", true}; // in the document only beside an area ratio
-    Optional<DataValue<double>> pressureRatio{"pressureRatio", 0.0};
-    Optional<Pressure> pressure{"pressure", 0.0, Pressure::PA};
+    OptionalValue<double> pressureRatio{"pressureRatio", 0.0,
+                                        "pressure ratio for nozzle section conditions"};
+    OptionalQuantity<Pressure> pressure{"pressure", 0.0, Pressure::PA,
+                                        "pressure for nozzle section conditions",
+                                        "pressure unit for nozzle section conditions"};
 };
 
 } // namespace thermo::input

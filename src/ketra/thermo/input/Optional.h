@@ -59,7 +59,7 @@ public:
     Node* find() override { return member ? &*member : nullptr; }
     Node& renew() override { return member.emplace(initial); }
 
-private:
+protected:
     T initial;
     std::optional<T> member;
 };

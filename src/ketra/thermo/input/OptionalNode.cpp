@@ -12,6 +12,11 @@ void OptionalNode::failAbsent(const char* what)
     failAbsent();
 }
 
+void OptionalNode::failAbsentUnit(const char* what)
+{
+    failAbsent((std::string(what) + " unit").c_str());
+}
+
 void OptionalNode::failAbsent() { throw Exception(codes::nullPointer); }
 
 } // namespace thermo::input

@@ -19,6 +19,10 @@ public:
     /// Makes the member absent.
     virtual void reset() noexcept = 0;
 
+    /// Logs "Could not obtain " and \p what, and throws.
+    /// \throws Exception 2
+    [[noreturn]] static void failAbsent(const char* what);
+
 protected:
     OptionalNode() = default;
     OptionalNode(const OptionalNode&) = default;
@@ -26,9 +30,9 @@ protected:
     OptionalNode& operator=(const OptionalNode&) = default;
     OptionalNode& operator=(OptionalNode&&) noexcept = default;
 
-    /// Logs "Could not obtain " and \p what, and throws.
+    /// The same for the unit of the member that \p what names.
     /// \throws Exception 2
-    [[noreturn]] static void failAbsent(const char* what);
+    [[noreturn]] static void failAbsentUnit(const char* what);
     /// \throws Exception 2, without a line in the log
     [[noreturn]] static void failAbsent();
 };

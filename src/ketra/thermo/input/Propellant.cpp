@@ -6,42 +6,9 @@
 
 #include <libconfig.h++>
 
-#include <memory>
-
 using libconfig::Setting;
 
 namespace thermo::input {
-
-namespace {
-
-// The component read into this list is complete or not there at all.
-void readList(const Setting& group, const char* key, List<Component>& list)
-{
-    if (!group.exists(key) || !group[key].isList()) return;
-    const Setting& items = group[key];
-    for (int i = 0; i < items.getLength(); ++i) {
-        auto component = std::make_unique<Component>();
-        component->read(items[i]);
-        list.add(std::move(component));
-    }
-}
-
-void writeList(Setting& items, List<Component>& list, bool all)
-{
-    for (unsigned int i = 0; i < list.size(); ++i)
-        list.at(i).write(items.add(Setting::TypeGroup), all);
-}
-
-} // namespace
-
-void Propellant::add(List<Component>& list, Component* component)
-{
-    if (component == nullptr) {
-        util::Log::error("THERMO", "Could not add component: NULL pointer\n");
-        throw Exception(codes::nullPointer);
-    }
-    list.add(std::unique_ptr<Component>(component));
-}
 
 void Propellant::reset()
 {
@@ -67,11 +34,11 @@ void Propellant::read(const Setting& parent)
             ratio.read(components);
         else
             ratio.set(0.0, Ratio::OPTIMAL);
-        readList(components, "oxidizer", oxidizer);
-        readList(components, "fuel", fuel);
+        oxidizer.read(components);
+        fuel.read(components);
     } else if (group.exists("mixture")) {
         ratio.set(0.0, Ratio::MIXTURE);
-        readList(group["mixture"], "species", species);
+        species.read(group["mixture"]);
     } else {
         util::Log::error("THERMO", "Neither composition ox+fuel nor mixture is defined\n");
         throw Exception(codes::notFound, "Neither composition ox+fuel nor mixture is defined.");
@@ -84,10 +51,10 @@ void Propellant::write(Setting& parent, bool all)
     if (isOxidizerAndFuel()) {
         Setting& components = createGroup(group, "components");
         ratio.write(components, all);
-        writeList(createList(components, "oxidizer"), oxidizer, all);
-        writeList(createList(components, "fuel"), fuel, all);
+        oxidizer.write(components, all);
+        fuel.write(components, all);
     } else if (isMixture()) {
-        writeList(createList(createGroup(group, "mixture"), "species"), species, all);
+        species.write(createGroup(group, "mixture"), all);
     }
 }
 

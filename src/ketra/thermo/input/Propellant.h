@@ -1,7 +1,7 @@
 #pragma once
 
 #include <ketra/thermo/input/Component.h>
-#include <ketra/thermo/input/List.h>
+#include <ketra/thermo/input/NodeList.h>
 #include <ketra/thermo/input/Ratio.h>
 
 namespace thermo::input {
@@ -24,19 +24,19 @@ public:
     unsigned int getOxidizerListSize() const { return oxidizer.size(); }
     Component* getOxidizer(unsigned int i) { return &oxidizer.at(i); }
     const Component* getOxidizer(unsigned int i) const { return &oxidizer.at(i); }
-    void addOxidizer(Component* component) { add(oxidizer, component); }
+    void addOxidizer(Component* component) { oxidizer.add(component, "component"); }
 
     /// The components of the fuel, in the same manner.
     unsigned int getFuelListSize() const { return fuel.size(); }
     Component* getFuel(unsigned int i) { return &fuel.at(i); }
     const Component* getFuel(unsigned int i) const { return &fuel.at(i); }
-    void addFuel(Component* component) { add(fuel, component); }
+    void addFuel(Component* component) { fuel.add(component, "component"); }
 
     /// The components of a mixture, in the same manner.
     unsigned int getSpeciesListSize() const { return species.size(); }
     Component* getSpecies(unsigned int i) { return &species.at(i); }
     const Component* getSpecies(unsigned int i) const { return &species.at(i); }
-    void addSpecies(Component* component) { add(species, component); }
+    void addSpecies(Component* component) { species.add(component, "component"); }
 
     /// A mass ratio of 0, and empty lists.
     void reset();
@@ -51,14 +51,13 @@ public:
     void write(libconfig::Setting& parent, bool all) override;
 
 private:
-    static void add(List<Component>& list, Component* component);
     bool isOxidizerAndFuel() const;
     bool isMixture() const { return ratio.getUnit() == Ratio::MIXTURE; }
 
     Ratio ratio{"ratio", 0.0, Ratio::KM};
-    List<Component> oxidizer;
-    List<Component> fuel;
-    List<Component> species;
+    NodeList<Component> oxidizer{"oxidizer"};
+    NodeList<Component> fuel{"fuel"};
+    NodeList<Component> species{"species"};
 };
 
 } // namespace thermo::input

@@ -5,19 +5,19 @@ namespace thermo::input {
 void ThrottlingConditions::setFixedFlowrate(double rate)
 {
     deleteRangeFlowrate();
-    fixedFlowrate.create().set(rate);
+    fixedFlowrate.set(rate);
 }
 
 void ThrottlingConditions::setRangeFlowrateMin(double rate)
 {
     deleteFixedFlowrate();
-    minFlowrate.create().set(rate);
+    minFlowrate.set(rate);
 }
 
 void ThrottlingConditions::setRangeFlowrateMax(double rate)
 {
     deleteFixedFlowrate();
-    maxFlowrate.create().set(rate);
+    maxFlowrate.set(rate);
 }
 
 void ThrottlingConditions::validate()
@@ -29,10 +29,7 @@ void ThrottlingConditions::validate()
 
 void ThrottlingConditions::fields(Fields& walk)
 {
-    if (!walk.field(fixedFlowrate)) {
-        walk.field(minFlowrate);
-        walk.field(maxFlowrate);
-    }
+    if (!walk.field(fixedFlowrate)) walk.each(minFlowrate, maxFlowrate);
     walk.sparse(deliveredPerformance);
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <ketra/thermo/input/DataValue.h>
-#include <ketra/thermo/input/Optional.h>
+#include <ketra/thermo/input/OptionalValue.h>
 #include <ketra/thermo/input/Section.h>
 
 namespace thermo::input {
@@ -15,24 +14,15 @@ public:
 
     /// The one flow rate.
     bool isFixedFlowrateSet() const { return fixedFlowrate.isSet(); }
-    double getFixedFlowrate() const
-    {
-        return fixedFlowrate.at("flow rate for throttling conditions").get();
-    }
+    double getFixedFlowrate() const { return fixedFlowrate.get(); }
     /// Drops the range.
     void setFixedFlowrate(double rate);
     void deleteFixedFlowrate() { fixedFlowrate.reset(); }
 
     /// Both ends of the range are set.
     bool isRangeFlowrateSet() const { return minFlowrate.isSet() && maxFlowrate.isSet(); }
-    double getRangeFlowrateMin() const
-    {
-        return minFlowrate.at("minimum flow rate for throttling conditions").get();
-    }
-    double getRangeFlowrateMax() const
-    {
-        return maxFlowrate.at("maximum flow rate for throttling conditions").get();
-    }
+    double getRangeFlowrateMin() const { return minFlowrate.get(); }
+    double getRangeFlowrateMax() const { return maxFlowrate.get(); }
     /// Both drop the one flow rate.
     void setRangeFlowrateMin(double rate);
     void setRangeFlowrateMax(double rate);
@@ -48,9 +38,11 @@ public:
 private:
     void fields(Fields& walk) override;
 
-    Optional<DataValue<double>> fixedFlowrate{"flowrate", 0.0};
-    Optional<DataValue<double>> minFlowrate{"minFlowrate", 0.0};
-    Optional<DataValue<double>> maxFlowrate{"maxFlowrate", 0.0};
+    OptionalValue<double> fixedFlowrate{"flowrate", 0.0, "flow rate for throttling conditions"};
+    OptionalValue<double> minFlowrate{"minFlowrate", 0.0,
+                                      "minimum flow rate for throttling conditions"};
+    OptionalValue<double> maxFlowrate{"maxFlowrate", 0.0,
+                                      "maximum flow rate for throttling conditions"};
     DataValue<bool> deliveredPerformance{"calculateDeliveredPerformance", true};
 };
 
