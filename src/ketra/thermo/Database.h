@@ -49,6 +49,15 @@ public:
     static void loadTransportPropertiesDatabase(const char* path);
     /// \returns a new database of that file alone, the caller's; to be given up by remove().
     static Database* preloadDatabase(const char* path);
+    /// Reads a PROPEP file, a list of propellant ingredients: each becomes a reactant of the single
+    /// temperature 298.15 K, with its density at two temperatures, under the user's sources of the
+    /// new database. Its name is the first word of the ingredient's, the rest is the description;
+    /// of two with the same first word the later one stays. The last ingredient of a file is left
+    /// out, and so is one of more than five elements or of an unknown one, with an error in the
+    /// log. The table of atoms must have been filled, see ChemicalElement::initAtoms().
+    /// \returns a new database of that file alone, the caller's; to be given up by remove().
+    /// \throws runtime::Exception 0 if the file cannot be opened.
+    static Database* preloadPROPEPDatabase(const char* path);
 
     /// Writes all of the singleton to a file: type 0 the species, type 1 the property tables.
     /// \throws thermo::Exception 0 with the path in its text.
@@ -90,6 +99,12 @@ public:
     /// \throws runtime::Exception 0 if the file cannot be written or a value does not fit its
     /// column; all files are then as before, and what was modified still counts as modified.
     void saveNASA9(const char* path, int sourceId);
+    /// Writes the species of a source, or of all for a negative one, for scripts: a comment, then
+    /// a list of objects that looks much like JSON, but with single quotes. All species are in one
+    /// list, in order of first appearance; what was modified still counts as modified. An old file
+    /// is kept as saveNASA9() keeps it.
+    /// \throws runtime::Exception 0 if the file cannot be written; the old one is then as before.
+    void saveNASA9AsJSON(const char* path, int sourceId);
     /// The same for the tables of properties.
     void loadProperties(const char* path);
     void loadProperties(std::ifstream& stream, int sourceId);
@@ -124,6 +139,7 @@ private:
     void markModified(int sourceId);
     std::string nasa9Text(int sourceId) const;
     std::string propertiesText(int sourceId) const;
+    std::string nasa9JSONText(int sourceId) const;
 
     static util::concurrent::Mutex dbMutex; // recursive; guards everything below
     static Database* instance;              // made at library load, never replaced

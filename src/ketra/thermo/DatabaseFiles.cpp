@@ -3,6 +3,7 @@
 #include <ketra/io/File.h>
 #include <ketra/runtime/Exception.h>
 #include <ketra/thermo/Species.h>
+#include <ketra/thermo/detail/PropepFile.h>
 #include <ketra/thermo/nasa9/NASA9Loader.h>
 #include <ketra/thermo/properties/PropertiesLoader.h>
 #include <ketra/thermo/properties/TransportPropertiesLoader.h>
@@ -195,6 +196,17 @@ Database* Database::preloadDatabase(const char* path)
             util::Log::errorf("THERMO", "Database: could not load thermodynamic database %s\n",
                               path);
         });
+    return database.release();
+}
+
+Database* Database::preloadPROPEPDatabase(const char* path)
+{
+    std::ifstream stream;
+    openOrFail(stream, path, "PROPEP");
+    const util::NumericLocale numbers;
+    std::unique_ptr<Database> database(new Database);
+    for (std::unique_ptr<Species>& ingredient : detail::readPropepFile(stream))
+        database->addNewSpecies(ingredient.release());
     return database.release();
 }
 

@@ -93,6 +93,35 @@ void Database::saveProperties(const char* path, int sourceId)
     if (sourceId >= 0) sourceModified[sourceId] = false;
 }
 
+std::string Database::nasa9JSONText(int sourceId) const
+{
+    std::string text = "/*\n * SIX-CHARACTER REFERENCE-DATE CODES\n * Generated in JSON-ready "
+                       "format by Ketra\n */\n\n{[";
+    const char* separator = "\n";
+    for (const auto& s : *speciesList) {
+        if (!belongsTo(s->getSourceId(), sourceId)) continue;
+        text += separator;
+        s->writeToAsJSON(text, sourceId);
+        separator = ",\n";
+    }
+    return text + "\n]}";
+}
+
+void Database::saveNASA9AsJSON(const char* path, int sourceId)
+{
+    try {
+        std::string text;
+        {
+            const Lock lock(dbMutex);
+            text = nasa9JSONText(sourceId);
+        }
+        if (!detail::replaceFile(path, text)) throw runtime::Exception(0);
+    } catch (const std::exception&) {
+        util::Log::errorf("ROOT", "Database: could not save thermodynamic database %s\n", path);
+        throw runtime::Exception(0);
+    }
+}
+
 void Database::saveDatabase(const char* path, int type)
 {
     Lock lock(dbMutex);

@@ -167,4 +167,6 @@ bool Species::operator>(const Species* other) const
 
 void Species::writeTo(std::string&, int) const {}
 
+void Species::writeToAsJSON(std::string&, int) const {}
+
 } // namespace thermo

@@ -104,6 +104,8 @@ public:
     /// \p fileSourceId not negative and not the tables' own source nothing is appended.
     /// \throws runtime::Exception 0 after a logged error if a value does not fit its column.
     virtual void writePropertiesTo(std::string& out, int fileSourceId) const;
+    /// Appends the record to \p out as an object for scripts; nothing in this class.
+    virtual void writeToAsJSON(std::string& out, int fileSourceId) const;
 
     /// All four functions in one pass; the numbers of Cp0_tilde, H0_tilde, S0_tilde and G0_tilde.
     /// A fixed-temperature record has an enthalpy but no Cp, S and G, and throws like those.

@@ -40,6 +40,9 @@ public:
     /// source nothing is appended.
     /// \throws runtime::Exception 0 after a logged error if a value does not fit its column.
     void writeTo(std::string& out, int fileSourceId) const override;
+    /// Appends the record as one object of Database::saveNASA9AsJSON(). With \p fileSourceId not
+    /// negative and not the record's own source nothing is appended.
+    void writeToAsJSON(std::string& out, int fileSourceId) const override;
 
 protected:
     /// Reads the five element fields of the header. Unknown symbols are passed over.
