@@ -150,5 +150,6 @@
 #include <ketra/performance/frozen/Chamber.h>
 #include <ketra/performance/frozen/NozzleSectionConditions.h>
 
+#include <ketra/explosion/HeatOfExplosion.h>
 
 #include <ketra/api/ketra.h>
