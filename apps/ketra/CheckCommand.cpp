@@ -15,21 +15,12 @@
 namespace host {
 namespace {
 
-std::string counted(size_t n, const char* what)
-{
-    return std::to_string(n) + " " + what + (n == 1 ? "" : "s");
-}
-
 ExitCode conclude(const CheckOptions& options, Findings& findings)
 {
     findings.print();
     ExitCode code = findings.code();
     if (options.reading.strict && findings.warnings() > 0 && code == GOOD) code = DOCUMENT;
-    const std::string result =
-        findings.errors() + findings.warnings() == 0
-            ? "no faults found"
-            : counted(findings.errors(), "error") + ", " + counted(findings.warnings(), "warning");
-    writeToStandardOutput(options.document + ": " + result + "\n");
+    writeToStandardOutput(options.document + ": " + findings.summary() + "\n");
     return code;
 }
 
@@ -42,33 +33,40 @@ try {
     throw describeException(Stage::READING, path);
 }
 
-} // namespace
-
-void checkWithoutSpecies(const Document& document, Findings& findings)
-{
-    if (!document.isParsed()) return;
-    const size_t before = findings.errors();
-    FormatCheck(document, findings).run();
-    // Values of a wrong kind would show up again as missing ones.
-    if (findings.errors() > before) return;
-    PropellantCheck(document, findings).checkRecipe();
-    FlowCheck(document, findings).run();
-}
-
-ExitCode checkDocument(const CheckOptions& options)
-{
-    Findings findings;
-    const Document document(options.document, options.reading.allowInclude, findings);
-    checkWithoutSpecies(document, findings);
-    if (findings.errors() > 0) return conclude(options, findings);
-
-    findings.print();
+/// The species, and if all is well what the library makes of the document. Without species data
+/// nothing is left to say of a document that has faults already.
+void checkSpecies(const CheckOptions& options, const Document& document, Findings& findings)
+try {
     const Resources resources(options.resources);
     const LogSession log(options.verbose, "", false);
     resources.load();
     PropellantCheck(document, findings).checkSpecies();
     findings.print();
     if (findings.errors() == 0) validate(options.document);
+} catch (const Failure&) {
+    if (findings.errors() == 0) throw;
+}
+
+} // namespace
+
+bool checkWithoutSpecies(const Document& document, Findings& findings)
+{
+    if (!document.isParsed()) return false;
+    FormatCheck format(document, findings);
+    format.run();
+    if (!format.isGood("propellant")) return false;
+    PropellantCheck(document, findings).checkRecipe();
+    if (format.isGood("nozzleFlow")) FlowCheck(document, findings).run();
+    return true;
+}
+
+ExitCode checkDocument(const CheckOptions& options)
+{
+    Findings findings;
+    const Document document(options.document, options.reading.allowInclude, findings);
+    const bool readable = checkWithoutSpecies(document, findings);
+    findings.print();
+    if (readable) checkSpecies(options, document, findings);
     return conclude(options, findings);
 }
 

@@ -1,7 +1,10 @@
 #include "CommandLine.h"
 #include "CheckCommand.h"
 #include "CompareCommand.h"
+#include "DbCommandLine.h"
+#include "ExplosiveCommandLine.h"
 #include "Failure.h"
+#include "NewCommand.h"
 #include "NozzleCommand.h"
 #include "Output.h"
 #include "RunCommand.h"
@@ -12,6 +15,7 @@
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 
+#include <memory>
 #include <sstream>
 #include <string>
 
@@ -32,12 +36,16 @@ constexpr const char* generalFooter =
     "  ketra compare shifting.cfg frozen.cfg                 key figures beside each other\n"
     "  ketra throttle engine.cfg --ratio 1,0.5,0.1           at a part of its flow\n"
     "  ketra nozzle engine.cfg --stations 50 --csv           the states along the nozzle\n"
+    "  ketra explosive --mixture 'RDX(cr)' --density 100     the heat of an explosion\n"
     "  ketra check engine.cfg                                what is wrong with a document\n"
-    "  ketra species 'N2H4*'                                 what the species file holds\n\n"
+    "  ketra new engine.cfg                                  a document to start from\n"
+    "  ketra species 'N2H4*'                                 what the species file holds\n"
+    "  ketra db lint my-species.inp                          what is wrong with species data\n\n"
     "\"ketra COMMAND --help\" tells more about a command.\n\n"
     "The species files thermo.inp, properties.inp and trans.inp are looked for in the folder\n"
     "given by --resources, else in the one named by the environment variable KETRA_RESOURCES,\n"
-    "else in the installed share/ketra/resources, else in ./resources.\n\n"
+    "else in the installed share/ketra/resources, else in ./resources. Species of your own in\n"
+    "the folder named by KETRA_USER take the place of those, see \"ketra db add --help\".\n\n"
     "Reports go to standard output; warnings and errors to standard error. Exit status:\n"
     "  0   good\n"
     "  2   the command line cannot be understood\n"
@@ -129,6 +137,16 @@ constexpr const char* speciesFooter =
     "  ketra species 'C?H*(L)*'       liquid hydrocarbons and alcohols\n"
     "  ketra species --json=all.json  all of them, for a program";
 
+constexpr const char* newHelp =
+    "Writes a document to start from: an engine of oxygen and hydrogen.";
+
+constexpr const char* newFooter =
+    "\nWithout FILE the document goes to standard output. With --full it has every section of the\n"
+    "format and every key, those that exclude each other as comments.\n\n"
+    "Examples:\n"
+    "  ketra new engine.cfg\n"
+    "  ketra new --full | less";
+
 constexpr int mostDocuments = 100;
 
 /// The commands and where their words go.
@@ -146,7 +164,10 @@ public:
         addThrottle();
         addNozzle();
         addCheck();
+        addNew();
         addSpecies();
+        explosive = std::make_unique<ExplosiveCommandLine>(app);
+        db = std::make_unique<DbCommandLine>(app);
     }
 
     ExitCode execute(int argc, const char* const* argv)
@@ -161,7 +182,10 @@ public:
         if (throttle->parsed()) return throttleDocument(throttleOptions);
         if (nozzle->parsed()) return followNozzle(nozzleOptions);
         if (check->parsed()) return checkDocument(checkOptions);
+        if (newDocument->parsed()) return writeNewDocument(newOptions);
         if (species->parsed()) return listSpecies(speciesOptions);
+        if (explosive->isCalled()) return explosive->execute();
+        if (db->isCalled()) return db->execute();
         writeToStandardError(app.help());
         return USAGE;
     }
@@ -251,6 +275,15 @@ private:
         addReading(*check, checkOptions.reading);
     }
 
+    void addNew()
+    {
+        newDocument = app.add_subcommand("new", newHelp);
+        newDocument->footer(newFooter);
+        newDocument->add_option("FILE", newOptions.file, "The document to write");
+        newDocument->add_flag("--full", newOptions.full, "With every section and key");
+        newDocument->add_flag("--force", newOptions.force, "Write over a file that is there");
+    }
+
     void addSpecies()
     {
         species = app.add_subcommand("species", speciesHelp);
@@ -319,12 +352,16 @@ private:
     CLI::App* throttle = nullptr;
     CLI::App* nozzle = nullptr;
     CLI::App* check = nullptr;
+    CLI::App* newDocument = nullptr;
     CLI::App* species = nullptr;
+    std::unique_ptr<ExplosiveCommandLine> explosive;
+    std::unique_ptr<DbCommandLine> db;
     RunOptions runOptions;
     CompareOptions compareOptions;
     ThrottleOptions throttleOptions;
     NozzleOptions nozzleOptions;
     CheckOptions checkOptions;
+    NewOptions newOptions;
     SpeciesOptions speciesOptions;
 };
 

@@ -2,6 +2,14 @@
 #include "Output.h"
 
 namespace host {
+namespace {
+
+std::string counted(size_t n, const char* what)
+{
+    return std::to_string(n) + " " + what + (n == 1 ? "" : "s");
+}
+
+} // namespace
 
 void Findings::add(const Place& place, const char* severity, const std::string& what)
 {
@@ -30,6 +38,12 @@ ExitCode Findings::code() const
 {
     if (faults > 0) return DOCUMENT;
     return missing > 0 ? DATA : GOOD;
+}
+
+std::string Findings::summary() const
+{
+    if (lines.empty()) return "no faults found";
+    return counted(errors(), "error") + ", " + counted(warnings(), "warning");
 }
 
 void Findings::print()

@@ -29,6 +29,8 @@ public:
     size_t warnings() const { return lines.size() - errors(); }
     /// GOOD without errors, DATA if only species are missing, DOCUMENT otherwise.
     ExitCode code() const;
+    /// "2 errors, 1 warning", or "no faults found".
+    std::string summary() const;
 
     /// Prints the lines found since the last call to standard error.
     void print();

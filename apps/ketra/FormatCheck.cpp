@@ -2,6 +2,7 @@
 #include "Nearest.h"
 #include "Text.h"
 
+#include <algorithm>
 #include <string>
 
 namespace host {
@@ -90,21 +91,33 @@ bool hasKind(const Setting& setting, Kind kind)
 
 void FormatCheck::run()
 {
-    checkGroup(document.root(), documentFormat);
+    const Setting& root = document.root();
+    for (int i = 0; i < root.getLength(); ++i) {
+        const size_t before = findings.errors();
+        checkSetting(root[i], documentFormat);
+        if (findings.errors() > before) faulty.emplace_back(root[i].getName());
+    }
     checkVersion();
     requireGroups();
     checkChamberPressure();
 }
 
+bool FormatCheck::isGood(const char* group) const
+{
+    return std::find(faulty.begin(), faulty.end(), group) == faulty.end();
+}
+
+void FormatCheck::checkSetting(const Setting& setting, const Section& section)
+{
+    if (const Key* key = section.find(setting.getName()))
+        checkValue(setting, *key);
+    else
+        reportUnknown(setting, section);
+}
+
 void FormatCheck::checkGroup(const Setting& group, const Section& section)
 {
-    for (int i = 0; i < group.getLength(); ++i) {
-        const Setting& setting = group[i];
-        if (const Key* key = section.find(setting.getName()))
-            checkValue(setting, *key);
-        else
-            reportUnknown(setting, section);
-    }
+    for (int i = 0; i < group.getLength(); ++i) checkSetting(group[i], section);
     checkAlternatives(group, section);
 }
 

@@ -3,6 +3,9 @@
 #include "Document.h"
 #include "DocumentFormat.h"
 
+#include <string>
+#include <vector>
+
 namespace host {
 
 /// Holds a document against the format: keys that nobody reads, values of the wrong kind, unknown
@@ -18,8 +21,11 @@ public:
     {
     }
     void run();
+    /// Whether a group of the document has no fault of the format, so that it can be read on.
+    bool isGood(const char* group) const;
 
 private:
+    void checkSetting(const libconfig::Setting& setting, const Section& section);
     void checkGroup(const libconfig::Setting& group, const Section& section);
     void checkAlternatives(const libconfig::Setting& group, const Section& section);
     void checkValue(const libconfig::Setting& setting, const Key& key);
@@ -36,6 +42,7 @@ private:
 
     const Document& document;
     Findings& findings;
+    std::vector<std::string> faulty; // groups of the document
 };
 
 } // namespace host

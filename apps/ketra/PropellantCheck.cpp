@@ -1,9 +1,8 @@
 #include "PropellantCheck.h"
-#include "Nearest.h"
+#include "SpeciesNames.h"
 #include "SpeciesText.h"
 #include "Text.h"
 
-#include <ketra/thermo/Database.h>
 #include <ketra/thermo/Exception.h>
 #include <ketra/thermo/Species.h>
 #include <ketra/thermo/input/Ratio.h>
@@ -11,7 +10,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 namespace host {
 namespace {
@@ -22,17 +20,6 @@ using thermo::input::Temperature;
 
 constexpr double usualTemperature = 298.15; // K; of a component that states none
 constexpr double sumTolerance = 1e-5;       // of fractions; a mixture refuses more
-constexpr size_t mostSuggestions = 4;
-
-/// What people call a substance, and its name among the species.
-constexpr const char* trivialNames[][2] = {
-    {"LOX", "O2(L)"},           {"LO2", "O2(L)"},       {"GOX", "O2"},
-    {"LH2", "H2(L)"},           {"GH2", "H2"},          {"LCH4", "CH4(L)"},
-    {"LNG", "CH4(L)"},          {"Kerosene", "RP-1"},   {"MMH", "CH6N2(L)"},
-    {"UDMH", "C2H8N2(L),UDMH"}, {"NTO", "N2O4(L)"},     {"Hydrazine", "N2H4(L)"},
-    {"HTP", "H2O2(L)"},         {"AP", "NH4CLO4(I)"},   {"AN", "NH4NO3(IV)"},
-    {"Aluminium", "AL(cr)"},    {"Aluminum", "AL(cr)"}, {"Water", "H2O(L)"},
-};
 
 std::string textOf(const Setting& group, const char* key)
 {
@@ -60,26 +47,6 @@ double temperatureOf(const Setting& component)
         Temperature::K);
 }
 
-/// The generic crystal's name that stands in for a form of it, as "NH4CLO4(cr)" for "NH4CLO4(a)";
-/// empty for any other name.
-std::string genericCrystal(const std::string& name)
-{
-    const size_t open = name.rfind('(');
-    if (open == std::string::npos || name.back() != ')' || open + 2 >= name.size()) return {};
-    const std::string form = name.substr(open + 1, name.size() - open - 2);
-    return form.find_first_not_of("IVabc") == std::string::npos ? name.substr(0, open) + "(cr)"
-                                                                : std::string();
-}
-
-/// Whether a name is the substance \p stem itself, or the substance with a phase behind it, as
-/// "AL(cr)" but not "AL(OH)2".
-bool isPhaseOf(const std::string& name, const std::string& stem)
-{
-    const size_t open = name.find('(');
-    return lowered(name.substr(0, open)) == stem &&
-           (open == std::string::npos || name.find(')') == name.size() - 1);
-}
-
 bool hasDataAt(const thermo::Species& species, double T)
 try {
     species.getT(T);
@@ -95,30 +62,6 @@ bool canEnter(const thermo::Species& species, double stated, bool premixed)
     if (hasDataAt(species, stated > 0.0 ? stated : usualTemperature)) return true;
     return !premixed &&
            (hasDataAt(species, usualTemperature) || hasDataAt(species, species.getT0()));
-}
-
-/// Names the writer may have meant, the likeliest first.
-std::vector<std::string> suggestions(const std::string& name)
-{
-    thermo::Database& database = *thermo::Database::getInstance();
-    std::vector<std::string> result;
-    const auto add = [&result](const std::string& candidate) {
-        if (std::find(result.begin(), result.end(), candidate) == result.end())
-            result.push_back(candidate);
-    };
-    for (const auto& [trivial, proper] : trivialNames)
-        if (lowered(name) == lowered(trivial) && database.find(proper)) add(proper);
-
-    std::vector<std::string> all;
-    for (unsigned i = 0; i < database.size(); ++i) all.push_back(database[i]->getName());
-    const std::string stem = lowered(name.substr(0, name.find('(')));
-    for (const std::string& candidate : all)
-        if (isPhaseOf(candidate, stem)) add(candidate);
-    for (const std::string& candidate : nearest(name, all, mostSuggestions)) add(candidate);
-    for (const std::string& candidate : all)
-        if (stem.size() > 2 && lowered(candidate).find(stem) != std::string::npos) add(candidate);
-    if (result.size() > mostSuggestions) result.resize(mostSuggestions);
-    return result;
 }
 
 } // namespace
@@ -223,10 +166,7 @@ void PropellantCheck::checkNames(const Setting& list, bool premixed)
     for (int i = 0; i < list.getLength(); ++i) {
         const std::string name = textOf(list[i], "name");
         if (name.empty() || !(fractionOf(list[i]) > 0.0)) continue;
-        const thermo::Database& database = *thermo::Database::getInstance();
-        const std::string crystal = genericCrystal(name);
-        const thermo::Species* species = database.find(name);
-        if (!species && !crystal.empty()) species = database.find(crystal);
+        const thermo::Species* const species = speciesOfComponent(name);
         if (!species)
             reportUnknown(list[i], name);
         else if (!canEnter(*species, temperatureOf(list[i]), premixed))
@@ -236,11 +176,7 @@ void PropellantCheck::checkNames(const Setting& list, bool premixed)
 
 void PropellantCheck::reportUnknown(const Setting& component, const std::string& name)
 {
-    const std::vector<std::string> near = suggestions(name);
-    findings.miss(document.place(component["name"]),
-                  "\"" + name + "\" is no species of the database. " +
-                      (near.empty() ? "\"ketra species\" lists them"
-                                    : "Did you mean " + quotedChoice(near) + "?"));
+    findings.miss(document.place(component["name"]), unknownSpecies(name));
 }
 
 void PropellantCheck::reportTemperature(const Setting& component, const thermo::Species& species)

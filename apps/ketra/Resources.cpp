@@ -1,6 +1,7 @@
 #include "Resources.h"
 #include "Failure.h"
 #include "Output.h"
+#include "UserFiles.h"
 
 #include <ketra/api/ketra.h>
 #include <ketra/thermo/Database.h>
@@ -84,6 +85,18 @@ bool Resources::hasTransport() const { return isFile(getTransportFile()); }
 
 void Resources::load() const
 {
+    loadShipped();
+    UserFiles().load();
+    if (!hasTransport()) return;
+    try {
+        loadTransportPropertiesDatabase(getTransportFile().c_str());
+    } catch (...) {
+        throw describeException(Stage::LOADING, getTransportFile());
+    }
+}
+
+void Resources::loadShipped() const
+{
     std::string file = folder + speciesFile;
     try {
         loadThermodynamicsDatabase(file.c_str(), /*clear=*/true);
@@ -95,8 +108,6 @@ void Resources::load() const
             writeToStandardError("ketra: warning: there is no file \"" + file +
                                  "\": liquids have no densities, and no data beside one "
                                  "temperature\n");
-        file = getTransportFile();
-        if (isFile(file)) loadTransportPropertiesDatabase(file.c_str());
     } catch (...) {
         throw describeException(Stage::LOADING, file);
     }

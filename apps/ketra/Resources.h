@@ -19,8 +19,11 @@ public:
     /// The file of transport data, which may be missing.
     std::string getTransportFile() const;
     bool hasTransport() const;
-    /// Fills the library's database from the files of the folder. \throws Failure
+    /// Fills the library's database from the files of the folder, and puts the user's own records
+    /// over them. \throws Failure
     void load() const;
+    /// The same without the user's records and without transport data. \throws Failure
+    void loadShipped() const;
 
 private:
     std::string folder;

@@ -1,4 +1,5 @@
 #include "SpeciesCommand.h"
+#include "DatabaseSources.h"
 #include "Failure.h"
 #include "LogSession.h"
 #include "Output.h"
@@ -22,15 +23,6 @@ namespace {
 
 using thermo::Database;
 using thermo::Species;
-
-/// Reaches the name of a source, which the database keeps for its subclasses.
-struct Sources : Database {
-    static std::string nameOf(const Database& database, int id)
-    {
-        const char* const name = (database.*&Sources::getSource)(id);
-        return name ? name : "";
-    }
-};
 
 /// Whether a name holds the pattern, or matches it if it has one of * ? [; case does not count.
 bool matches(const std::string& name, const std::string& pattern)
@@ -69,7 +61,7 @@ std::string table(const std::vector<const Species*>& list)
     row("name", "phase", "formula", "M, g/mol", "dHf, kJ/mol", "T, K", "source");
     for (const Species* species : list) {
         const std::string source =
-            Sources::nameOf(*Database::getInstance(), species->getSourceId());
+            DatabaseSources::nameOf(*Database::getInstance(), species->getSourceId());
         const std::string range = isFixed(*species) ? fixed(species->getMinimalT(), 2) + " only"
                                                     : fixed(species->getMinimalT(), 1) + " - " +
                                                           fixed(species->getMaximalT(), 1);
@@ -101,7 +93,7 @@ std::string json(const std::vector<const Species*>& list)
             {"Tmin", species->getMinimalT()},
             {"Tmax", isFixed(*species) ? species->getMinimalT() : species->getMaximalT()},
             {"description", species->getDescr()},
-            {"source", Sources::nameOf(*Database::getInstance(), species->getSourceId())},
+            {"source", DatabaseSources::nameOf(*Database::getInstance(), species->getSourceId())},
         };
         all.push_back(std::move(entry));
     }

@@ -167,7 +167,15 @@ Json transportOf(const Station& station)
     return transport;
 }
 
-/// The products, the most plentiful first.
+template <class Quantities> Json legendOf(const Quantities& list)
+{
+    Json units = Json::object();
+    for (const auto& q : list) units[q.key] = {{"name", q.name}, {"unit", q.unit}};
+    return units;
+}
+
+} // namespace
+
 Json compositionOf(const thermo::Mixture& mixture)
 {
     std::vector<int> order(static_cast<std::size_t>(mixture.size()));
@@ -188,15 +196,6 @@ Json compositionOf(const thermo::Mixture& mixture)
     }
     return list;
 }
-
-template <class Quantities> Json legendOf(const Quantities& list)
-{
-    Json units = Json::object();
-    for (const auto& q : list) units[q.key] = {{"name", q.name}, {"unit", q.unit}};
-    return units;
-}
-
-} // namespace
 
 Json stationResults(const Station& station, bool transport)
 {

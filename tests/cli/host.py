@@ -138,7 +138,8 @@ class HostCase(unittest.TestCase):
 
     def ketra(self, *arguments, environment=None, **options):
         """Runs the program. Output is kept as bytes, line ends and all."""
-        variables = {k: v for k, v in os.environ.items() if k != "KETRA_RESOURCES"}
+        variables = {k: v for k, v in os.environ.items()
+                     if k not in ("KETRA_RESOURCES", "KETRA_USER")}
         variables.update(environment or {})
         return subprocess.run([PROGRAM, *map(str, arguments)], cwd=self.folder, env=variables,
                               stdin=subprocess.DEVNULL, timeout=300,

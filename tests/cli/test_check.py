@@ -326,3 +326,44 @@ class Check(HostCase):
     def test_every_key_of_the_format_is_known(self):
         text = (SOURCE / "tests/cli/every-key.cfg").read_text()
         self.assertEqual(self.check(GOOD, text), "")
+
+    # All at once
+
+    def test_all_faults_of_a_document_are_listed_at_once(self):
+        text = changed(CHAMBER, "multiphase = true", "multiphase = 1")
+        text = changed(text, "value = 10.0", "value = 10")
+        text = changed(text, "calculateNozzleFlow = false;",
+                       "nozzleExitConditions = { areaRatio = 0.5; };")
+        text = changed(text, '"H2(L)"; massFraction = 1.0;', '"LH3"; massFraction = 0.9;')
+        text += ('engineSize = { thrust = { value = 1.0; unit = "pound"; }; chamberNo = 1; };\n'
+                 "chamberCooling = { heatTransfer = { relationsType = \"bart\"; }; };\n"
+                 "propelantFeedSystem = { turbopumpFeedSystem = { cycle = \"GGG\"; }; };\n")
+        messages = self.check(DOCUMENT, text)
+        for line, words in ((4, ("generalOptions.multiphase", "1 stands where true or false")),
+                            (6, ("pressure.value", "10 is a whole number")),
+                            (8, ("nozzleFlow.nozzleExitConditions.areaRatio", "0.5", "1 or more")),
+                            (13, ("propellant.components.fuel:", "add up to 0.9")),
+                            (13, ("propellant.components.fuel[0].name", '"LH3"')),
+                            (16, ("engineSize.thrust.unit", '"pound"', "unit of force")),
+                            (16, ("engineSize.chamberNo", 'Did you mean "chambersNo"')),
+                            (17, ("relationsType", '"bart"', '"Bartz"')),
+                            (18, ("cycle", '"GGG"', "engine cycle"))):
+            with self.subTest(words=words):
+                found = [m for m in messages.splitlines()
+                         if f"case.cfg:{line}: " in m and all(w in m for w in words)]
+                self.assertEqual(len(found), 1, messages)
+        self.assertEqual(len(messages.splitlines()), 9, messages)
+
+    def test_a_group_with_a_fault_of_the_format_does_not_hide_those_of_the_others(self):
+        text = changed(CHAMBER, 'name = "H2(L)"', "name = 5")
+        text = changed(text, "value = 10.0", "value = 10")
+        messages = self.check(DOCUMENT, text)
+        self.assertIn("propellant.components.fuel[0].name: 5 stands where", messages)
+        self.assertIn("10 is a whole number", messages)
+        self.assertEqual(len(messages.splitlines()), 2, messages)
+
+    def test_faults_are_listed_without_species_data_too(self):
+        text = changed(CHAMBER, "multiphase = true", "multiphase = 1")
+        done = self.expect(DOCUMENT, "check", self.write(text), "--resources", self.folder)
+        self.assertIn(b"1 stands where true or false", done.stderr)
+        self.expect(DATA, "check", self.write(CHAMBER), "--resources", self.folder)
