@@ -64,6 +64,7 @@ KETRA_API thermo::input::ConfigFile* loadConfig(const char* path);
 /// the values that are at their defaults.
 /// \throws thermo::input::Exception 2 for a null document
 KETRA_API void writeConfig(thermo::input::ConfigFile* config, const char* path, bool all);
+/// Deletes a document.
 KETRA_API void deleteConfig(thermo::input::ConfigFile* config);
 
 /// A performance built on a document and not solved yet. With \p ownsConfig the document is the
@@ -85,15 +86,23 @@ KETRA_API performance::ThrottlingPerformance* run(performance::TheoreticalPerfor
 /// Losses of the real engine, read from a solved \p performance, which must outlive the result.
 KETRA_API performance::efficiency::CorrectionFactors*
 getCorrectionFactors(performance::TheoreticalPerformance* performance);
+/// Deletes a performance, and its document if it owns one.
 KETRA_API void deletePerformance(performance::TheoreticalPerformance* performance);
+/// Deletes a throttled performance.
 KETRA_API void deleteThrottlingPerformance(performance::ThrottlingPerformance* performance);
+/// Deletes the losses of an engine.
 KETRA_API void deleteCorrectionFactors(performance::efficiency::CorrectionFactors* factors);
+/// Deletes a section of a nozzle.
 KETRA_API void
 deleteNozzleSectionConditions(performance::equilibrium::NozzleSectionConditions* section);
 
+/// Deletes a mixture.
 KETRA_API void deleteMixture(thermo::Mixture* mixture);
+/// Deletes a reacting mixture.
 KETRA_API void deleteReactingMixture(reaction::ReactingMixture* mixture);
+/// Deletes a species that is not the database's.
 KETRA_API void deleteSpecies(thermo::Species* species);
+/// Deletes a formula.
 KETRA_API void deleteChemicalFormula(thermo::ChemicalFormula* formula);
 /// Releases a block that was allocated with `malloc`.
 KETRA_API void freeObject(void* block);
