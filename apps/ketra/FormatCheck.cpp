@@ -225,7 +225,9 @@ void FormatCheck::reportUnknown(const Setting& setting, const Section& section)
     const std::string name = setting.getName();
     const std::vector<std::string> near = nearest(name, section.names(), 1);
     const std::string elsewhere = whereKeyBelongs(name);
-    std::string what = "unknown key; nothing reads it. ";
+    std::string what = "unknown key";
+    if (setting.isScalar()) what += " with the value " + valueText(setting);
+    what += "; nothing reads it. ";
     if (!near.empty())
         what += "Did you mean " + quotedChoice(near) + "?";
     else if (!elsewhere.empty())

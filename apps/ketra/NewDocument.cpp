@@ -38,26 +38,14 @@ propellant:
 
         # "ketra species" lists the names. A temperature that is not stated is 298.15 K, or the
         # species' own; the mass fractions of a side add up to 1.
-        oxidizer = ( { name = "O2(L)";
-massFraction = 1.0;
-T:
-{
-    value = 90.17;
-    unit = "K";
+        oxidizer = (
+            { name = "O2(L)"; massFraction = 1.0; T: { value = 90.17; unit = "K"; }; }
+        );
+        fuel = (
+            { name = "H2(L)"; massFraction = 1.0; T: { value = 20.27; unit = "K"; }; }
+        );
+    };
 };
-} );
-fuel = ({
-    name = "H2(L)";
-    massFraction = 1.0;
-T : {
-    value = 20.27;
-    unit = "K";
-};
-});
-}
-;
-}
-;
 )cfg";
 
 const char* const fullDocument =

@@ -294,7 +294,7 @@ class Check(HostCase):
     def test_warnings_are_said_also_if_the_library_refuses_the_document(self):
         text = changed(changed(CHAMBER, "calculateNozzleFlow = false;", ""), "multiphase", "phases")
         messages = self.check(DOCUMENT, text)
-        self.assertIn("generalOptions.phases: unknown key", messages)
+        self.assertIn("generalOptions.phases: unknown key with the value ", messages)
         self.assertIn("Neither freezing conditions", messages)
 
     # Included files
