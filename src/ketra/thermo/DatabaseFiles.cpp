@@ -41,6 +41,22 @@ void openOrFail(std::ifstream& stream, const char* path, const char* what)
     throw runtime::Exception(0);
 }
 
+/// Reads an open file under the lock of \p mutex; \p what names the kind of file in the failure.
+template <class Load>
+void readLocked(util::concurrent::Mutex& mutex, std::ifstream& stream, const char* what, Load load)
+{
+    Lock lock(mutex);
+    try {
+        const util::NumericLocale numbers;
+        stream.imbue(std::locale::classic());
+        load();
+    } catch (const std::exception&) {
+        lock.unlock();
+        util::Log::errorf("ROOT", "Database: could not load %s database\n", what);
+        throw runtime::Exception(1);
+    }
+}
+
 /// Runs a load under the lock; a failure is logged once the lock has been released.
 template <class Load, class Report> void guarded(Lock& lock, Load load, Report report)
 {
@@ -64,17 +80,10 @@ void Database::loadNASA9(const char* path)
 
 void Database::loadNASA9(std::ifstream& stream, int sourceId)
 {
-    Lock lock(dbMutex);
-    try {
-        const util::NumericLocale numbers;
-        stream.imbue(std::locale::classic());
+    readLocked(dbMutex, stream, "thermodynamic", [&] {
         nasa9::NASA9Loader(species.get(), speciesList.get()).load(stream, sourceId);
         sourceModified[sourceId] = false;
-    } catch (const std::exception&) {
-        lock.unlock();
-        util::Log::error("ROOT", "Database: could not load thermodynamic database\n");
-        throw runtime::Exception(1);
-    }
+    });
 }
 
 void Database::loadProperties(const char* path)
@@ -86,17 +95,10 @@ void Database::loadProperties(const char* path)
 
 void Database::loadProperties(std::ifstream& stream, int sourceId)
 {
-    Lock lock(dbMutex);
-    try {
-        const util::NumericLocale numbers;
-        stream.imbue(std::locale::classic());
+    readLocked(dbMutex, stream, "properties", [&] {
         properties::PropertiesLoader::load(stream, *species, sourceId);
         sourceModified[sourceId] = false;
-    } catch (const std::exception&) {
-        lock.unlock();
-        util::Log::error("ROOT", "Database: could not load properties database\n");
-        throw runtime::Exception(1);
-    }
+    });
 }
 
 void Database::loadTransportProperties(const char* path)
@@ -108,17 +110,10 @@ void Database::loadTransportProperties(const char* path)
 
 void Database::loadTransportProperties(std::ifstream& stream, int sourceId)
 {
-    Lock lock(dbMutex);
-    try {
-        const util::NumericLocale numbers;
-        stream.imbue(std::locale::classic());
+    readLocked(dbMutex, stream, "transport properties", [&] {
         properties::TransportPropertiesLoader::load(stream, *species);
         sourceModified[sourceId] = false;
-    } catch (const std::exception&) {
-        lock.unlock();
-        util::Log::error("ROOT", "Database: could not load transport properties database\n");
-        throw runtime::Exception(1);
-    }
+    });
 }
 
 void Database::loadStdDatabase(bool withUsr, const char* usrFolder)
