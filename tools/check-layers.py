@@ -3,7 +3,8 @@
 
 The layers, each seeing itself and those before it:
 
-    runtime <- util, io, math <- thermo, gasdynamics <- reaction <- performance, explosion <- api
+    runtime <- util, io, math <- thermo, gasdynamics <- verification/criteria <- reaction
+            <- performance, explosion <- api, verification
 
 thermo/input sees runtime, util and io only; report sees util and thermo/input, and prints for the layers
 from thermo upwards. Further rules:
@@ -33,9 +34,12 @@ MAY_SEE = {
     "report": {"runtime", "util", "thermo/input"},
     "thermo": SUPPORT | {"report"},
     "gasdynamics": SUPPORT | {"thermo", "report"},
-    "reaction": SUPPORT | {"thermo", "gasdynamics", "report"},
-    "performance": SUPPORT | {"thermo", "thermo/input", "gasdynamics", "reaction", "report"},
-    "explosion": SUPPORT | {"thermo", "thermo/input", "gasdynamics", "reaction", "performance", "report"},
+    "verification/criteria": SUPPORT | {"thermo"},
+    "reaction": SUPPORT | {"thermo", "gasdynamics", "verification/criteria", "report"},
+    "performance": SUPPORT | {"thermo", "thermo/input", "gasdynamics", "verification/criteria", "reaction", "report"},
+    "explosion": SUPPORT | {"thermo", "thermo/input", "gasdynamics", "verification/criteria", "reaction",
+                            "performance", "report"},
+    "verification": SUPPORT | {"thermo", "verification/criteria", "reaction", "performance"},
 }
 MAY_SEE["api"] = set(MAY_SEE) | {"api"}
 
@@ -56,8 +60,9 @@ SUFFIXES = (".h", ".cpp")
 def folder_of(path):
     """The layer folder of a path below src/ketra, "" for files at its top."""
     parts = path.split("/")
-    if parts[:2] == ["thermo", "input"] and len(parts) > 2:
-        return "thermo/input"
+    for layer in (["thermo", "input"], ["verification", "criteria"]):
+        if parts[:2] == layer and len(parts) > 2:
+            return "/".join(layer)
     return parts[0] if len(parts) > 1 else ""
 
 
@@ -95,7 +100,7 @@ def library_violation(path, bracket, name):
         return "a public header includes an internal one"
     if path != "ketra.h" and seen != folder and seen not in MAY_SEE.get(folder, set()):
         return f"{folder} does not see {seen}"
-    if "/detail/" in target and seen not in SUPPORT and seen != folder:
+    if "/detail/" in target and seen not in SUPPORT and folder not in (seen, seen.split("/")[0]):
         return f"detail of {seen} is its own"
     return None
 

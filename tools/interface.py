@@ -29,12 +29,14 @@ FOLDERS = {
     "thermo/properties": "Tables of liquids, viscosity and conductivity of gases.",
     "thermo/input": "The configuration document: its sections, and what they are made of.",
     "gasdynamics": "Isentropic relations and the standard atmosphere.",
+    "verification/criteria": "What makes a state an equilibrium, and its grade.",
     "reaction": "Products, the equilibrium solver and what follows from its result.",
     "performance": "What runs a document.",
     "performance/equilibrium": "Chamber and nozzle in shifting equilibrium.",
     "performance/frozen": "The same behind a section from which the composition stays.",
     "performance/efficiency": "From the ideal engine to a real one.",
     "explosion": "Heat of explosion.",
+    "verification": "Whether an engine obeys the laws of its flow.",
     "api": "The flat functions, for a host that wants no classes.",
 }
 BEGINNING = """# The interface
@@ -168,6 +170,7 @@ def program_of(entries):
 
 #include <cstdio>
 
+using namespace verification; // the functions name the types of their namespace alone
 using Address = void (*)();
 extern Address addresses[{len(pointers)}];
 Address addresses[{len(pointers)}] = {{

@@ -131,6 +131,11 @@
 #include <ketra/gasdynamics/StandardAtmosphere.h>
 #include <ketra/gasdynamics/gasdynamics.h>
 
+#include <ketra/verification/criteria/EquilibriumCertificate.h>
+#include <ketra/verification/criteria/EquilibriumLimits.h>
+#include <ketra/verification/criteria/EquilibriumState.h>
+#include <ketra/verification/criteria/Grade.h>
+
 #include <ketra/reaction/Derivatives.h>
 #include <ketra/reaction/Equilibrium.h>
 #include <ketra/reaction/Product.h>

@@ -2,13 +2,17 @@
 
 #include <ketra/math/matrix/Exception.h>
 #include <ketra/reaction/Equilibrium.h>
+#include <ketra/reaction/QuasiProduct.h>
 #include <ketra/reaction/ReactingMixture.h>
+#include <ketra/reaction/detail/DeterminedSystem.h>
 #include <ketra/thermo/Constants.h>
 #include <ketra/thermo/Exception.h>
 #include <ketra/thermo/GasMixture.h>
 #include <ketra/util/Log.h>
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 using math::matrix::ColumnVector;
 using math::matrix::LinearSystem;
@@ -18,28 +22,72 @@ namespace reaction {
 
 namespace {
 
+/// What a system determines: an element without products at this temperature, such as the electron
+/// of ions that have all left, has an empty row. Null if its rows contradict each other.
+std::unique_ptr<ColumnVector> determined(const LinearSystem& system, const ColumnVector& rhs)
+{
+    constexpr double consistent = 1e-9; // of the largest number on the right: what a row may miss
+    const std::size_t n = rhs.size();
+    std::vector<double> A(system.getData(), system.getData() + n * n);
+    std::vector<double> b(rhs.getData(), rhs.getData() + n);
+    std::vector<double> x;
+    detail::solveWhatIsDetermined(A, b, x);
+    double most = 0.0;
+    for (unsigned int i = 0; i < n; ++i) most = std::max(most, std::fabs(rhs.at(i)));
+    auto solution = std::make_unique<ColumnVector>(rhs.size());
+    for (unsigned int i = 0; i < n; ++i) {
+        double miss = -rhs.at(i);
+        for (unsigned int k = 0; k < n; ++k) miss += system.at(i, k) * x[k];
+        if (!(std::fabs(miss) <= consistent * most)) return nullptr;
+        solution->set(i, x[i]);
+    }
+    return solution;
+}
+
 /// Solves by the quick method, and by the robust one if that does not converge; null if the system
-/// has no solution.
-std::unique_ptr<ColumnVector> solved(const LinearSystem& system, const ColumnVector& rhs)
+/// has no solution. A \p persistent problem is content with what its system determines.
+std::unique_ptr<ColumnVector> solved(const LinearSystem& system, const ColumnVector& rhs,
+                                     bool persistent)
 {
     constexpr unsigned int noConvergence = 4;
     try {
         return std::unique_ptr<ColumnVector>(system.solve(&rhs, /*first=*/true));
     } catch (const math::matrix::Exception& failure) {
-        if (failure.getType() != noConvergence) return nullptr;
+        if (failure.getType() != noConvergence)
+            return persistent ? determined(system, rhs) : nullptr;
     }
     try {
         return std::unique_ptr<ColumnVector>(system.solve(&rhs, /*first=*/false));
     } catch (const math::matrix::Exception&) {
-        return nullptr;
+        return persistent ? determined(system, rhs) : nullptr;
     }
 }
 
+/// Amount of an entry, mol. Of a group of merged phases the default method counts the first alone;
+/// a \p persistent problem, which may hold two phases in earnest at their melting point, all.
+double amountOf(const Product& entry, bool persistent)
+{
+    const auto* group = persistent ? dynamic_cast<const QuasiProduct*>(&entry) : nullptr;
+    return group ? group->getTotalN() : entry.n();
+}
+
+/// Amount of the condensed entries, mol.
+double condensedMoles(const ReactingMixture& mixture, bool persistent)
+{
+    double moles = 0.0;
+    for (unsigned int j = mixture.gasSize(); j < mixture.size(); ++j)
+        moles += amountOf(*mixture.product(j), persistent);
+    return moles;
+}
+
 /// Mass of the entries from \p from up to but excluding \p to, g.
-double massOf(const ReactingMixture& mixture, unsigned int from, unsigned int to)
+double massOf(const ReactingMixture& mixture, unsigned int from, unsigned int to, bool persistent)
 {
     double mass = 0.0;
-    for (unsigned int j = from; j < to; ++j) mass += mixture.n(j) * mixture.product(j)->getM();
+    for (unsigned int j = from; j < to; ++j) {
+        const Product& entry = *mixture.product(j);
+        mass += amountOf(entry, persistent) * entry.getM();
+    }
     return mass;
 }
 
@@ -65,6 +113,8 @@ bool Derivatives::isConstantVolume() const
     return equilibrium && equilibrium->getProcessType() >= Equilibrium::VU;
 }
 
+bool Derivatives::isPersistent() const { return equilibrium && equilibrium->isPersistent(); }
+
 double Derivatives::getP() const
 {
     return equilibrium && !isConstantVolume() ? equilibrium->getP() : p;
@@ -79,8 +129,13 @@ double Derivatives::gasMoles() const
 
 void Derivatives::init()
 {
-    N += mixture->mergeCondensedPhases();
-    resultingMixture.reset(mixture->copyResultingMixture());
+    // Of a group that is merged, the mixture knows the first phase alone.
+    const bool persistent = isPersistent();
+    if (persistent) resultingMixture.reset(mixture->copyResultingMixture());
+    mixture->mergeCondensedPhases();
+    if (!persistent) resultingMixture.reset(mixture->copyResultingMixture());
+    const double condensed = condensedMoles(*mixture, persistent);
+    N += condensed;
 
     const double Ng = gasMoles();
     gasMixture = std::make_shared<thermo::GasMixture>(temperature(), getP(),
@@ -89,7 +144,6 @@ void Derivatives::init()
         gasMixture->addSpecies(mixture->product(j), mixture->n(j) / Ng);
 
     Mm = resultingMixture->getMm();
-    const double condensed = Equilibrium::sum_n(mixture->gasSize(), mixture->size(), mixture.get());
     Mm2 = mixture->gasSize() < mixture->size() ? Mm / (1 - condensed / N) : Mm;
 }
 
@@ -132,7 +186,7 @@ ColumnVector* Derivatives::solveSystemT(LinearSystem* system) const
     rhs.set(elements, -Equilibrium::sum_nH(0, gases, m));
     for (unsigned int c = gases; c < m->size(); ++c)
         rhs.set(elements + 1 + c - gases, -m->product(c)->H0_tilde());
-    return solved(*system, rhs).release();
+    return solved(*system, rhs, isPersistent()).release();
 }
 
 ColumnVector* Derivatives::solveSystemP(LinearSystem* system) const
@@ -142,7 +196,7 @@ ColumnVector* Derivatives::solveSystemP(LinearSystem* system) const
     ColumnVector rhs(system->rowCount());
     for (unsigned int i = 0; i < elements; ++i) rhs.set(i, Equilibrium::sum_an(i, 0, gases, m));
     rhs.set(elements, Equilibrium::sum_n(0, gases, m));
-    return solved(*system, rhs).release();
+    return solved(*system, rhs, isPersistent()).release();
 }
 
 /// d ln n_j / d ln T = sum a_ij pi_i + d ln n + H_j/(R T)  [RP1311, 2.50]
@@ -206,6 +260,7 @@ void Derivatives::solveHeatCapacities(const ColumnVector& xT)
     const double T0 = temperature();
     const std::unique_ptr<ColumnVector> nT(getNT(&xT));
     const unsigned int first = m.elSize() + 1;
+    const bool persistent = isPersistent();
 
     double c = 0.0;
     Cpz_spec = 0.0;
@@ -216,8 +271,9 @@ void Derivatives::solveHeatCapacities(const ColumnVector& xT)
     for (unsigned int j = m.gasSize(); j < m.size(); ++j) {
         const Product& phase = *m.product(j);
         const double reaction = phase.H0() * xT.at(first + j - m.gasSize()) / T0;
-        c += phase.n() * phase.Cp0() + reaction;
-        Cpz_spec += (phase.n() * phase.Cp0() + reaction) / phase.getM();
+        const double amount = amountOf(phase, persistent);
+        c += amount * phase.Cp0() + reaction;
+        Cpz_spec += (amount * phase.Cp0() + reaction) / phase.getM();
     }
     Cpz_spec *= 1000;
 
@@ -230,8 +286,8 @@ void Derivatives::solveHeatCapacities(const ColumnVector& xT)
 void Derivatives::solveDensities()
 {
     const unsigned int gases = mixture->gasSize();
-    const double gasMass = massOf(*mixture, 0, gases);
-    const double mass = gasMass + massOf(*mixture, gases, mixture->size());
+    const double gasMass = massOf(*mixture, 0, gases, isPersistent());
+    const double mass = gasMass + massOf(*mixture, gases, mixture->size(), isPersistent());
     Z = gases < mixture->size() ? 1 - gasMass / mass : 0.0;
 
     if (isConstantVolume()) {

@@ -30,6 +30,11 @@ class ReactingMixture;
 /// equilibrium without its energy row; for the transport properties the mixture rules of Wilke and
 /// of Mason and Saxena, and the reactions' share by Butler and Brokaw.
 ///
+/// Two phases of one formula, which a persistent problem finds together at their melting point,
+/// are merged. The masses, densities and amounts then count both; heat capacities and speed of
+/// sound are those of fixed shares of the two, for while both are there the heat capacity
+/// of the whole is infinite. By default what is merged counts by its first phase alone.
+///
 /// An object reads its `Equilibrium` in `solve` and in `getP`; the problem must outlive it, and
 /// must not be solved again in between if the results are to belong together. Copies share mixtures
 /// and problem with their source. An object belongs to one thread at a time.
@@ -159,6 +164,7 @@ private:
     static constexpr double leastElectrons = 1e-10; // mole fraction that shields a neutral gas
 
     bool isConstantVolume() const;
+    bool isPersistent() const;
     double temperature() const;
     double gasMoles() const;
     void solveHeatCapacities(const math::matrix::ColumnVector& xT);
@@ -175,7 +181,7 @@ private:
     std::shared_ptr<thermo::GasMixture> gasMixture;
     double T = 0.0; // K, without an equilibrium
     double p = 0.0; // Pa
-    double N = 0.0; // mol, of merged phases only the first
+    double N = 0.0; // mol, of merged phases by default only the first
 
     double Cp = 0.0, Cv = 0.0; // J/(mol K)
     double k = 0.0;

@@ -1,5 +1,6 @@
 #include <ketra/reaction/Equilibrium.h>
 
+#include <ketra/reaction/detail/SolvedState.h>
 #include <ketra/thermo/Constants.h>
 #include <ketra/thermo/Propellant.h>
 
@@ -51,9 +52,13 @@ Equilibrium::Equilibrium(const Equilibrium& other)
       processType(other.processType),
       mixture(std::make_unique<ReactingMixture>(*other.mixture, true, true)),
       H(processType == PH ? other.H : 0.0), S(processType == PS ? other.H : 0.0), p(other.p),
-      v(other.v), lnP(p > 0.0 ? lnOfPressure(p) : 0.0)
+      v(other.v), lnP(p > 0.0 ? lnOfPressure(p) : 0.0), persistent(other.persistent),
+      warmStart(other.warmStart)
 {
-    storeTemperature(processType == PT ? other.T : startTemperature);
+    if (other.nearest) nearest = std::make_unique<detail::SolvedState>(*other.nearest);
+    storeTemperature(processType == PT      ? other.T
+                     : warmStart && nearest ? nearest->T
+                                            : startTemperature);
     if (v > 0.0) lnPv = lnPvAt(T);
 }
 
@@ -113,6 +118,7 @@ void Equilibrium::setVSspec(double newV, double s) { setVS(newV, initialMm() * s
 
 void Equilibrium::setT(double newT)
 {
+    solved = false;
     storeTemperature(newT);
     if (v > 0.0) lnPv = lnPvAt(T);
 }
@@ -121,6 +127,7 @@ void Equilibrium::setT(double newT)
 void Equilibrium::adjustT(double newT)
 {
     if (!(newT > T)) return;
+    solved = false;
     T = newT;
     if (v > 0.0) lnPv = lnPvAt(T);
 }
@@ -130,8 +137,23 @@ void Equilibrium::setRelativeTolerance(double tolerance)
     relativeTolerance = std::abs(tolerance);
 }
 
+void Equilibrium::setPersistent(bool newPersistent)
+{
+    persistent = newPersistent;
+    if (persistent && solved && !nearest) rememberSolution();
+}
+
+void Equilibrium::setWarmStart(bool newWarmStart)
+{
+    warmStart = newWarmStart;
+    if (warmStart && solved && !nearest) rememberSolution();
+}
+
+void Equilibrium::rememberSolution() { nearest = std::make_unique<detail::SolvedState>(*this); }
+
 void Equilibrium::setP(double newP)
 {
+    solved = false;
     p = newP;
     v = 0.0;
     lnPv = 0.0;
@@ -140,6 +162,7 @@ void Equilibrium::setP(double newP)
 
 void Equilibrium::setV(double newV)
 {
+    solved = false;
     p = 0.0;
     lnP = 0.0;
     v = newV;
@@ -148,6 +171,7 @@ void Equilibrium::setV(double newV)
 
 void Equilibrium::setH(double newH)
 {
+    solved = false;
     H = newH;
     processType = PH;
 }
@@ -156,6 +180,7 @@ void Equilibrium::setHspec(double h) { setH(initialMm() * h); }
 
 void Equilibrium::setS(double newS)
 {
+    solved = false;
     S = newS;
     processType = p > 0.0 ? PS : VS;
 }
@@ -164,11 +189,29 @@ void Equilibrium::setSspec(double s) { setS(initialMm() * s); }
 
 void Equilibrium::setU(double newU)
 {
+    solved = false;
     U = newU;
     processType = VU;
 }
 
 void Equilibrium::setUspec(double u) { setU(initialMm() * u); }
+
+double Equilibrium::target() const
+{
+    switch (processType) {
+    case PH:
+        return H;
+    case PS:
+    case VS:
+        return S;
+    case VU:
+        return U;
+    case PT:
+    case VT:
+        break;
+    }
+    return 0.0;
+}
 
 double Equilibrium::initialMm() const { return mixture->mixture->mm(); }
 
@@ -184,6 +227,18 @@ void Equilibrium::storeTemperature(double newT)
     T = newT;
     lnT = std::log(T);
     RT = gasConstant * T;
+}
+
+void Equilibrium::removeIons()
+{
+    solved = false;
+    mixture->removeIons();
+}
+
+void Equilibrium::setSpecies(std::vector<std::string>& included, std::vector<std::string>& omitted)
+{
+    solved = false;
+    mixture->setSpecies(included, omitted);
 }
 
 const Species* Equilibrium::getCondensedSpecies(unsigned int i) const

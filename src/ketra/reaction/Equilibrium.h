@@ -3,6 +3,7 @@
 #include <ketra/export.h>
 #include <ketra/math/matrix/ColumnVector.h>
 #include <ketra/reaction/ReactingMixture.h>
+#include <ketra/verification/criteria/EquilibriumCertificate.h>
 
 #include <memory>
 #include <string>
@@ -13,10 +14,17 @@ class Mixture;
 class Propellant;
 } // namespace thermo
 
+namespace verification {
+struct EquilibriumState;
+} // namespace verification
+
 namespace reaction {
 
 namespace detail {
+class ElementPotentials;
 class Iteration;
+class Persistence;
+struct SolvedState;
 } // namespace detail
 
 /// One problem of chemical equilibrium: two prescribed quantities and the products that can form.
@@ -28,6 +36,10 @@ class Iteration;
 ///
 /// The method is the reduced Gibbs iteration of Gordon and McBride [RP1311]: a Newton step in the
 /// logarithms of the gas amounts with Lagrange multipliers for the element balance.
+///
+/// Two properties, both off by default, change how a solution is found and never what it is: a
+/// persistent problem tries further starts and a second method where the first solve fails
+/// (`setPersistent`), a warm one begins at the solution it was copied from (`setWarmStart`).
 class KETRA_API Equilibrium
 {
 public:
@@ -76,6 +88,41 @@ public:
     unsigned int getMaxCycles() const { return maxCycles; }
     void setMaxCycles(unsigned int cycles) { maxCycles = cycles; }
 
+    /// Whether `solve` goes on where the default method fails or its result is no equilibrium
+    /// (certificate F). Further attempts follow then, each from a fresh state, with ions and
+    /// targets as posed: from 3600 K; with the hint on condensed phases reversed; from the nearest
+    /// solved state (the one that this problem was copied from, or its own last solution); with the
+    /// main species first; and last by minimisation over the element potentials, where condensed
+    /// phases enter and leave by their driving force. Only a result of grade A or B is taken. Each
+    /// attempt is logged as information. Copies inherit the property.
+    void setPersistent(bool newPersistent);
+    bool isPersistent() const { return persistent; }
+    /// Whether `solve` begins at composition and condensed phases of the state that this problem
+    /// was copied from, or of its own last solution, instead of equal amounts of all gases. The
+    /// temperature is that of the state too, unless `setT` says otherwise after the copy. If such a
+    /// solve fails, or its certificate is F, the usual one follows: a state is only a start. Copies
+    /// inherit the property.
+    void setWarmStart(bool newWarmStart);
+    bool isWarmStart() const { return warmStart; }
+
+    /// What one attempt of a solve did.
+    struct Attempt {
+        std::string start;         ///< where it began
+        bool finished;             ///< false if it ended by an exception
+        verification::Grade grade; ///< of its result; F if it has not finished
+        double T;                  ///< K, of its result, or where it broke off
+    };
+    /// The attempts of the last solve, in their order; the result is the first one of the best
+    /// grade. Empty if the problem was neither persistent nor warm. Valid until the next solve.
+    const std::vector<Attempt>& getAttempts() const { return attempts; }
+
+    /// An independent check of the solution that stands; grade F without one.
+    /// See verification::EquilibriumCertificate.
+    verification::EquilibriumCertificate certificate() const;
+    /// What the certificate judges: the solution that stands, with the functions of all products
+    /// evaluated anew. Valid until the next change of this object.
+    verification::EquilibriumState describe() const;
+
     PROCESS_TYPE getProcessType() const { return processType; }
     double getP() const { return p; }         ///< Pa; 0 in a problem of given volume
     double getV() const { return v; }         ///< m^3/kg; 0 in a problem of given pressure
@@ -93,11 +140,8 @@ public:
 
     bool isMultiphase() const { return mixture->isMultiphase(); }
     bool isIons() const { return mixture->isIons(); }
-    void removeIons() { mixture->removeIons(); }
-    void setSpecies(std::vector<std::string>& included, std::vector<std::string>& omitted)
-    {
-        mixture->setSpecies(included, omitted);
-    }
+    void removeIons();
+    void setSpecies(std::vector<std::string>& included, std::vector<std::string>& omitted);
 
     /// Moles of products per mole of initial mixture.
     double getResultingMixtureQuantaty() const { return mixture->getN(); }
@@ -127,7 +171,9 @@ public:
     /// Solves the posed problem.
     /// \param expectCondensed  look for a condensed phase before the first cycle, however hot
     /// \throws thermo::Exception 8 if there is no solution, 18 with the name of a condensed species
-    ///         that has made the system singular
+    ///         that has made the system singular. Where a persistent problem asks for less or more
+    ///         energy or entropy than its products have between the ends of their data, an error
+    ///         with the temperature is logged, and the code is 8.
     void solve(bool expectCondensed);
 
     // The reduced chemical potentials and the sums of the solver. L is the concentration term of a
@@ -213,7 +259,10 @@ protected:
     void excludeTransitPhase();
 
 private:
+    friend class detail::ElementPotentials;
     friend class detail::Iteration;
+    friend class detail::Persistence;
+    friend struct detail::SolvedState;
 
     bool isConstantPressure() const { return processType <= PT; }
     bool isFixedTemperature() const { return processType == PT || processType == VT; }
@@ -222,6 +271,14 @@ private:
     double lnPvAt(double atT) const;
     void clearTargets();
     void storeTemperature(double newT);
+    /// The quantity that the process prescribes beside pressure or volume: H, S or U; 0 at fixed
+    /// temperature.
+    double target() const;
+    /// The default method, from the composition and the temperature that stand.
+    void iterate();
+    void rememberSolution();
+    /// Logs why a solve has failed: an error, or information while further attempts are left.
+    [[gnu::format(printf, 2, 3)]] void report(const char* format, ...) const;
     void reportSingularity(const std::vector<std::string>& knownCondensed) const;
     bool phasesAndEnergySettled(math::matrix::ColumnVector* x, double savedH, double savedS,
                                 double savedU);
@@ -249,6 +306,14 @@ private:
     double Ng = 0.0;   // mol of gas
     double lnNg = 0.0; // its logarithm
     double relativeTolerance = 1.0;
+
+    bool persistent = false;
+    bool warmStart = false;
+    bool solved = false;      // a solution of the posed problem stands
+    double posedTarget = 0.0; // J or J/K per mole of initial mixture, as `solve` found it
+    bool trial = false;       // further attempts are left: a failure is information, not an error
+    std::vector<Attempt> attempts;
+    std::unique_ptr<detail::SolvedState> nearest; // where a warm start begins; may be null
 };
 
 } // namespace reaction

@@ -5,6 +5,8 @@
 #include <ketra/math/matrix/Exception.h>
 #include <ketra/reaction/TransitionProduct.h>
 #include <ketra/reaction/detail/Iteration.h>
+#include <ketra/reaction/detail/Persistence.h>
+#include <ketra/reaction/detail/SolvedState.h>
 #include <ketra/thermo/Constants.h>
 #include <ketra/thermo/Database.h>
 #include <ketra/thermo/Exception.h>
@@ -12,6 +14,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdarg>
 #include <numbers>
 
 using math::matrix::ColumnVector;
@@ -72,6 +75,7 @@ private:
 
 void Equilibrium::reset(bool expectCondensed)
 {
+    solved = false;
     mixture->reset();
     if (isMultiphase() && (expectCondensed || T < coldStart))
         mixture->checkNewCondesedPhases(T, nullptr, 1);
@@ -84,7 +88,20 @@ void Equilibrium::reset(bool expectCondensed)
 
 void Equilibrium::solve(bool expectCondensed)
 {
-    reset(expectCondensed);
+    solved = false;
+    posedTarget = target();
+    attempts.clear();
+    if (persistent || warmStart) {
+        detail::Persistence(*this).solve(expectCondensed);
+    } else {
+        reset(expectCondensed);
+        iterate();
+    }
+    solved = true;
+}
+
+void Equilibrium::iterate()
+{
     const double savedH = H;
     const double savedS = S;
     const double savedU = U;
@@ -150,19 +167,28 @@ bool Equilibrium::phasesAndEnergySettled(ColumnVector* x, double savedH, double 
 // the advice to the user.
 void Equilibrium::reportSingularity(const std::vector<std::string>& knownCondensed) const
 {
-    Log::errorf("THERMO", "Singularity!%s", util::eol);
+    report("Singularity!%s", util::eol);
     for (const std::string& name : condensedNames(*mixture)) {
         if (std::find(knownCondensed.begin(), knownCondensed.end(), name) != knownCondensed.end())
             continue;
-        Log::errorf("THERMO", "List of condensed species so far:%s", util::eol);
-        for (const std::string& known : knownCondensed)
-            Log::errorf("THERMO", "\t%s%s", known.c_str(), util::eol);
-        Log::errorf("THERMO", "New species added: %s%s", name.c_str(), util::eol);
-        Log::errorf("THERMO", "Consider to add %s into the list of omitted products%s",
-                    name.c_str(), util::eol);
+        report("List of condensed species so far:%s", util::eol);
+        for (const std::string& known : knownCondensed) report("\t%s%s", known.c_str(), util::eol);
+        report("New species added: %s%s", name.c_str(), util::eol);
+        report("Consider to add %s into the list of omitted products%s", name.c_str(), util::eol);
         const thermo::Species* species = thermo::Database::getInstance()->find(name);
         throw thermo::Exception(18, (species ? species->getName() : name).c_str());
     }
+}
+
+void Equilibrium::report(const char* format, ...) const
+{
+    std::va_list arguments;
+    va_start(arguments, format);
+    if (trial)
+        Log::vinfof("THERMO", format, arguments);
+    else
+        Log::verrorf("THERMO", format, arguments);
+    va_end(arguments);
 }
 
 ColumnVector* Equilibrium::_solve() { return detail::Iteration(*this).run().release(); }

@@ -18,8 +18,11 @@ class Propellant;
 namespace reaction {
 
 namespace detail {
+class ElementPotentials;
 class Iteration;
-}
+class Persistence;
+struct SolvedState;
+} // namespace detail
 
 /// What an equilibrium calculation works on: the initial mixture, its elements and their balance,
 /// every product that could form, and the list of products that react at present, all gases first.
@@ -154,7 +157,10 @@ protected:
 
 private:
     friend class Equilibrium;
+    friend class detail::ElementPotentials;
     friend class detail::Iteration;
+    friend class detail::Persistence;
+    friend struct detail::SolvedState;
 
     /// The elements and their amounts in the initial mixture: what a copy shares with its source.
     struct Balance {

@@ -58,9 +58,10 @@ protected:
 };
 
 /// Largest amount by which the moles of an element in the products miss those of the charge,
-/// relative to the largest element.
+/// relative to the largest element. The certificate is looked at, too.
 double imbalance(const Equilibrium& problem)
 {
+    EXPECT_EQ(problem.certificate().grade, verification::Grade::A) << problem.certificate().reason;
     const auto products = productsOf(problem);
     double worst = 0.0, largest = 0.0;
     for (unsigned i = 0; i < products->elSize(); ++i) {

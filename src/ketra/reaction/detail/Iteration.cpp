@@ -11,7 +11,6 @@
 
 using math::matrix::ColumnVector;
 using thermo::gasConstant;
-using util::Log;
 
 namespace reaction::detail {
 
@@ -50,10 +49,9 @@ std::unique_ptr<ColumnVector> Iteration::run()
                     chargeCloses();
 
         if (cycle + 1 == limit) {
-            Log::errorf("THERMO",
-                        "Could not solve the equilibrium: maximum number of iterations is "
-                        "exceeded.%s",
-                        util::eol);
+            eq.report(
+                "Could not solve the equilibrium: maximum number of iterations is exceeded.%s",
+                util::eol);
             throw thermo::Exception(8);
         }
         if (standsAtBestOfPeriod(cycle, converged) || settledAtFixedT(cycle, converged)) break;
@@ -83,10 +81,9 @@ unsigned int Iteration::cycleLimit() const
 void Iteration::requireProducts() const
 {
     if (mixture.size() > 0) return;
-    Log::errorf("THERMO",
-                "Could not solve the equilibrium. Probably there are no products that exist at the "
-                "temperature %7.3f K%s",
-                eq.T, util::eol);
+    eq.report("Could not solve the equilibrium. Probably there are no products that exist at the "
+              "temperature %7.3f K%s",
+              eq.T, util::eol);
     throw thermo::Exception(0);
 }
 

@@ -28,6 +28,8 @@ public:
     /// Builds and solves the system of the present state, without repairs. \returns the solution.
     /// \throws math::matrix::Exception
     std::unique_ptr<math::matrix::ColumnVector> solveOnce();
+    /// Gives the problem the results of the present state, which is a solution.
+    void storeResults() const;
 
 private:
     struct Step {
@@ -53,7 +55,6 @@ private:
     bool chargeCloses() const;
     bool standsAtBestOfPeriod(unsigned int cycle, bool converged);
     bool settledAtFixedT(unsigned int cycle, bool converged);
-    void storeResults() const;
 
     unsigned int cycleLimit() const;
     Target target() const;
