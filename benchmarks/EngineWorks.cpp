@@ -56,7 +56,8 @@ const Charge& chargeOf(const std::string& name)
 }
 
 /// Finds the products, solves chamber, throat and one exit, and drops them.
-double impulseOf(const Engine& engine, double p, thermo::Mixture& reactants)
+/// \param certify  hold chamber and exit against their certificate
+double impulseOf(const Engine& engine, double p, thermo::Mixture& reactants, bool certify)
 {
     Chamber chamber(reactants, /*multiphase=*/true, /*ions=*/false);
     chamber.setP(p);
@@ -65,6 +66,7 @@ double impulseOf(const Engine& engine, double p, thermo::Mixture& reactants)
     const NozzleSectionConditions exit(
         &chamber, engine.areaRatio, NozzleSectionConditions::AREA_RATIO, /*supersonic=*/true,
         /*expectCondensed=*/false, /*calculateTransport=*/false, noTable);
+    if (certify) requireCertified(engine.charge, chamber, exit);
     return exit.getIs_v(0.0);
 }
 
@@ -73,13 +75,14 @@ Body shiftingExit(const Engine& engine)
     useShippedSpecies();
     const Charge& charge = chargeOf(engine.charge);
     const std::shared_ptr<thermo::Mixture> reactants(charge.mixture());
-    requireClose(charge.name + " vacuum impulse", impulseOf(engine, charge.p, *reactants),
-                 engine.impulse, impulseTolerance);
-    return [=, p = charge.p] { impulseOf(engine, p, *reactants); };
+    requireClose(charge.name + " vacuum impulse",
+                 impulseOf(engine, charge.p, *reactants, /*certify=*/true), engine.impulse,
+                 impulseTolerance);
+    return [=, p = charge.p] { impulseOf(engine, p, *reactants, /*certify=*/false); };
 }
 
 /// The kerosene engine with the composition kept from an eighth of the chamber pressure on.
-double frozenImpulse(const Charge& charge, thermo::Mixture& reactants)
+double frozenImpulse(const Charge& charge, thermo::Mixture& reactants, bool certify)
 {
     using performance::frozen::Chamber;
     Chamber chamber(reactants, /*multiphase=*/true, /*ions=*/false, 8.0, Chamber::PRESSURE_RATIO);
@@ -87,6 +90,7 @@ double frozenImpulse(const Charge& charge, thermo::Mixture& reactants)
     chamber.solve(/*finiteArea=*/false, /*expectCondensed=*/false, /*calculateTransport=*/false);
     const performance::frozen::NozzleSectionConditions exit(
         &chamber, 16.0, NozzleSectionConditions::AREA_RATIO, /*calculateTransport=*/false);
+    if (certify) requireCertified("frozen " + charge.name, chamber, exit);
     return exit.getIs_v(0.0);
 }
 
@@ -96,9 +100,9 @@ Body frozenExit()
     const Charge& charge = chargeOf("LoxRP1");
     const std::shared_ptr<thermo::Mixture> reactants(charge.mixture());
     const double ofCEA = 3270.70630; // m/s
-    requireClose("frozen vacuum impulse", frozenImpulse(charge, *reactants), ofCEA,
-                 impulseTolerance);
-    return [reactants, &charge] { frozenImpulse(charge, *reactants); };
+    requireClose("frozen vacuum impulse", frozenImpulse(charge, *reactants, /*certify=*/true),
+                 ofCEA, impulseTolerance);
+    return [reactants, &charge] { frozenImpulse(charge, *reactants, /*certify=*/false); };
 }
 
 /// A solved hydrogen engine and the tables of its nozzle.
@@ -133,6 +137,7 @@ public:
                                               NozzleSectionConditions::PRESSURE,
                                               /*supersonic=*/true, /*expectCondensed=*/false,
                                               /*calculateTransport=*/false, noTable);
+        requireCertified("nozzle table", chamber, section);
         return section.getFr();
     }
     double chamberPressure() const { return p; }

@@ -22,6 +22,7 @@ struct Flame {
         h = problem.getHspec();
         s = problem.getSspec();
         requireClose(charge.name + " T", T, charge.T, flameTolerance);
+        requireCertified(charge.name + " flame", problem);
     }
 
     // A solution is the start of the next one: the temperature goes back to where it came from, so
@@ -70,6 +71,7 @@ Body preparePS(const Charge& charge)
     flame->solvePS();
     requireClose(charge.name + " T of its entropy", flame->problem.getT(), flame->T,
                  closureTolerance);
+    requireCertified(charge.name + " flame by its entropy", flame->problem);
     return [flame] { flame->solvePS(); };
 }
 
@@ -81,6 +83,7 @@ Body preparePT(const Charge& charge)
     flame->solvePT();
     requireClose(charge.name + " h of its temperature", flame->problem.getHspec(), flame->h,
                  10.0 * closureTolerance);
+    requireCertified(charge.name + " flame by its temperature", flame->problem);
     return [flame] { flame->solvePT(); };
 }
 

@@ -43,6 +43,7 @@ double flameTemperature()
     reaction::Equilibrium problem(propellant);
     problem.setPH(p, propellant.H());
     problem.solve(/*expectCondensed=*/false);
+    requireCertified("chamber", problem);
     return problem.getT();
 }
 
@@ -75,6 +76,7 @@ double engineImpulse()
     const NozzleSectionConditions exit(&chamber, 84.0, NozzleSectionConditions::AREA_RATIO,
                                        /*supersonic=*/true, /*expectCondensed=*/false,
                                        /*calculateTransport=*/false, /*tableSize=*/-1);
+    requireCertified("engine", chamber, exit);
     return exit.getIs_v(0.0);
 }
 
@@ -92,11 +94,14 @@ Body engine()
 }
 
 /// The oxidizer excess coefficient of the highest impulse, found by at most \p threads threads.
-double optimum(std::size_t threads)
+/// \param certify  hold its engine against its certificate
+double optimum(std::size_t threads, bool certify)
 {
     const tbb::global_control limit(tbb::global_control::max_allowed_parallelism, threads);
     const Config config(loadConfig(openDocument));
     const Performance performance(run(config.get()));
+    if (performance && certify)
+        requireCertified("optimum", *performance->getChamber(), *performance->getExitSection());
     return performance ? performance->getPropellant()->getAlpha() : 0.0;
 }
 
@@ -117,8 +122,8 @@ void requireMaximum(double alpha)
 Body optimumSearch(std::size_t threads)
 {
     useShippedSpecies();
-    requireMaximum(optimum(threads));
-    return [threads] { optimum(threads); };
+    requireMaximum(optimum(threads, /*certify=*/true));
+    return [threads] { optimum(threads, /*certify=*/false); };
 }
 
 } // namespace

@@ -1,8 +1,12 @@
 #include "Work.h"
 
 #include <ketra/api/ketra.h>
+#include <ketra/performance/frozen/NozzleSectionConditions.h>
+#include <ketra/reaction/Equilibrium.h>
 #include <ketra/thermo/Mixture.h>
+#include <ketra/verification/EngineCertificate.h>
 
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <stdexcept>
@@ -51,6 +55,24 @@ void requireClose(const std::string& what, double value, double expected, double
     char text[120];
     std::snprintf(text, sizeof text, ": %.10g in place of %.10g", value, expected);
     throw std::runtime_error(what + text);
+}
+
+void requireCertified(const std::string& what, const reaction::Equilibrium& solution)
+{
+    const auto certificate = solution.certificate();
+    if (certificate.grade == verification::Grade::F)
+        throw std::runtime_error(what + " is no equilibrium: " + certificate.reason);
+}
+
+void requireCertified(const std::string& what, const performance::equilibrium::Chamber& chamber,
+                      const performance::equilibrium::NozzleSectionConditions& section)
+{
+    using FrozenSection = performance::frozen::NozzleSectionConditions;
+    const auto* frozen = dynamic_cast<const FrozenSection*>(&section);
+    const auto certificate = frozen ? verification::certify(chamber, {}, std::array{frozen})
+                                    : verification::certify(chamber, std::array{&section}, {});
+    if (certificate.grade == verification::Grade::F)
+        throw std::runtime_error(what + " breaks a law: " + certificate.reason);
 }
 
 void useShippedSpecies()

@@ -5,6 +5,15 @@
 #include <string>
 #include <vector>
 
+namespace performance::equilibrium {
+class Chamber;
+class NozzleSectionConditions;
+} // namespace performance::equilibrium
+
+namespace reaction {
+class Equilibrium;
+}
+
 namespace thermo {
 class Mixture;
 }
@@ -33,6 +42,12 @@ std::vector<Work> allWorks();
 /// \throws std::runtime_error naming \p what if \p value is not within a relative \p tolerance of
 ///         \p expected
 void requireClose(const std::string& what, double value, double expected, double tolerance);
+
+/// \throws std::runtime_error naming \p what if the certificate of the solution is F
+void requireCertified(const std::string& what, const reaction::Equilibrium& solution);
+/// The same of a chamber with one section, in equilibrium or frozen.
+void requireCertified(const std::string& what, const performance::equilibrium::Chamber& chamber,
+                      const performance::equilibrium::NozzleSectionConditions& section);
 
 /// Loads the shipped species into the database of the process, once.
 void useShippedSpecies();

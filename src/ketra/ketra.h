@@ -157,4 +157,6 @@
 
 #include <ketra/explosion/HeatOfExplosion.h>
 
+#include <ketra/verification/EngineCertificate.h>
+
 #include <ketra/api/ketra.h>

@@ -147,9 +147,7 @@ inline double chamberMiss(performance::TheoreticalPerformance& engine, const Noz
 /// The critical mass flux, kg/(m2 s).
 inline double throatFlux(const performance::equilibrium::Chamber& chamber)
 {
-    const reaction::Derivatives& throat =
-        *chamber.getDerivatives(performance::equilibrium::Chamber::THROAT);
-    return throat.getRho() * throat.getA();
+    return chamber.getThroatFlux();
 }
 
 /// How far the throat is from the speed of sound.

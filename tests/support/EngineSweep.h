@@ -1,5 +1,6 @@
 #pragma once
 
+#include <support/Certificates.h>
 #include <support/EngineLaws.h>
 #include <support/RandomEngines.h>
 
@@ -104,6 +105,7 @@ struct Outcome {
     int furtherSections = 0;
     int furtherFailures = 0;
     std::vector<Violation> violations;
+    verification::EngineCertificate certificate; // of chamber and exit
 
     void require(bool holds, const char* law, const std::string& where, double by)
     {
@@ -144,13 +146,22 @@ template <class Step> bool succeeds(Outcome& outcome, const char* stage, Step st
 
 using SolvedEngine = std::unique_ptr<performance::TheoreticalPerformance>;
 
+/// How the engines are posed; with all defaults unless told otherwise.
+struct EngineMethod {
+    bool persistent = false;
+    bool warmStart = false;
+};
+
 /// The solved engine, null after a failure.
-inline SolvedEngine solvedEngine(const RandomEngine& drawn, bool frozen, Outcome& outcome)
+inline SolvedEngine solvedEngine(const RandomEngine& drawn, bool frozen, Outcome& outcome,
+                                 EngineMethod method)
 {
     SolvedEngine engine;
     const bool solved = succeeds(outcome, "chamber", [&] {
         engine = std::make_unique<performance::TheoreticalPerformance>(
             documentOf(drawn, frozen).release(), true);
+        engine->setPersistent(method.persistent);
+        engine->setWarmStart(method.warmStart);
         engine->solve(/*calculateTransport=*/false);
     });
     if (solved) return engine;
@@ -229,6 +240,7 @@ inline void checkEngine(Outcome& outcome, performance::TheoreticalPerformance& e
     outcome.require(throat.entropy <= 1e-5, "entropy", "throat", throat.entropy);
     outcome.require(throat.elements <= 1e-6, "elements", "throat", throat.elements);
     checkSection(outcome, "exit", engine, exit);
+    outcome.certificate = certificateOf(chamber, exit);
 
     const auto before = furtherSection(outcome, engine, std::sqrt(drawn.areaRatio),
                                        NozzleSection::AREA_RATIO, frozen);
@@ -260,6 +272,10 @@ inline void compareFlows(EngineOutcome& outcome, performance::TheoreticalPerform
     outcome.frozen.require(outcome.impulseAhead >= -velocityLimit(slow) - pressurePart * areas,
                            "vacuum impulse above that of the shifting flow", "exit",
                            -outcome.impulseAhead);
+    if (const auto* section =
+            dynamic_cast<const performance::frozen::NozzleSectionConditions*>(&slow))
+        outcome.frozen.certificate =
+            verification::certify(*frozen.getChamber(), std::array{&fast}, std::array{section});
     const auto same = furtherSection(outcome.shifting, shifting, slow.getP(),
                                      NozzleSection::PRESSURE, /*frozen=*/false);
     if (!same) return;
@@ -269,11 +285,11 @@ inline void compareFlows(EngineOutcome& outcome, performance::TheoreticalPerform
                            -outcome.velocityAhead);
 }
 
-inline EngineOutcome examine(const RandomEngine& drawn)
+inline EngineOutcome examine(const RandomEngine& drawn, EngineMethod method = {})
 {
     EngineOutcome outcome;
-    const SolvedEngine shifting = solvedEngine(drawn, false, outcome.shifting);
-    const SolvedEngine frozen = solvedEngine(drawn, true, outcome.frozen);
+    const SolvedEngine shifting = solvedEngine(drawn, false, outcome.shifting, method);
+    const SolvedEngine frozen = solvedEngine(drawn, true, outcome.frozen, method);
     if (shifting) {
         outcome.shifting.solved = true;
         checkEngine(outcome.shifting, *shifting, drawn, false);

@@ -20,6 +20,8 @@ struct LawStatistics {
     double worstClosing = 0.0;           // of T, problems of other types against the state
     double worstBlendClosing = 0.0;      // the same where a blend is present
     int notClosing = 0;                  // problems that ended at another temperature
+    std::map<char, int> grades;          // of all solutions
+    int unblendedB = 0;                  // solutions of grade B without a blend of two phases
     std::map<std::string, int> failures; // by type of problem, temperature and code
     std::vector<std::string> lines;      // what failed, one line each
 };
@@ -58,6 +60,13 @@ inline void examine(const RandomState& state, StateGenerator& random, LawStatist
     const auto fails = [&](Equilibrium& problem) {
         try {
             problem.solve(expect);
+            const auto certificate = problem.certificate();
+            ++statistics.grades[letter(certificate.grade)];
+            if (certificate.grade == verification::Grade::B && !certificate.blended)
+                ++statistics.unblendedB;
+            if (certificate.grade == verification::Grade::F)
+                statistics.lines.push_back(std::string(nameOf(problem.getProcessType())) +
+                                           " is F: " + certificate.reason + ": " + describe(state));
             return false;
         } catch (const runtime::Exception& e) {
             std::string kind;

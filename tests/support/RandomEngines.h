@@ -1,11 +1,7 @@
 #pragma once
 
+#include <support/EngineCase.h>
 #include <support/RandomMixtures.h>
-
-#include <ketra/thermo/input/Component.h>
-#include <ketra/thermo/input/ConfigFile.h>
-#include <ketra/thermo/input/Pressure.h>
-#include <ketra/thermo/input/Ratio.h>
 
 #include <array>
 #include <cstddef>
@@ -17,9 +13,6 @@
 // Random rocket engines with a fixed seed, far beyond what is built.
 
 namespace ketra_test {
-
-/// One stream of a propellant; fractions by mass.
-using Stream = std::vector<Reactant>;
 
 struct EnginePropellant {
     const char* name;
@@ -96,32 +89,24 @@ inline std::string describe(const RandomEngine& engine)
     return line;
 }
 
-/// The document of an engine with a chamber of infinite area, in shifting equilibrium or \p frozen.
-inline std::unique_ptr<thermo::input::ConfigFile> documentOf(const RandomEngine& engine,
-                                                             bool frozen)
+/// The engine with a chamber of infinite area, in shifting equilibrium or \p frozen.
+inline EngineCase caseOf(const RandomEngine& drawn, bool frozen)
 {
-    using thermo::input::Component;
-    using thermo::input::Pressure;
-    auto document = std::make_unique<thermo::input::ConfigFile>();
-    document->getGeneralOptions().setMultiphase(true);
-    document->getGeneralOptions().setIons(false);
-    document->getCombustionChamberConditions().setPressure(engine.MPa, Pressure::MPA, true);
+    EngineCase engine;
+    engine.kind = drawn.kind().name;
+    engine.oxidizer = drawn.kind().oxidizer;
+    engine.fuel = drawn.kind().fuel;
+    engine.alpha = drawn.alpha;
+    engine.p = drawn.MPa * 1e6;
+    engine.areaRatio = drawn.areaRatio;
+    if (frozen) engine.freezingRatio = drawn.freezingRatio;
+    return engine;
+}
 
-    thermo::input::Propellant& propellant = document->getPropellant();
-    propellant.setRatio(engine.alpha, thermo::input::Ratio::ALPHA);
-    for (const Reactant& part : engine.kind().oxidizer)
-        propellant.addOxidizer(new Component(part.name.c_str(), part.fraction, part.T));
-    for (const Reactant& part : engine.kind().fuel)
-        propellant.addFuel(new Component(part.name.c_str(), part.fraction, part.T));
-
-    thermo::input::NozzleFlowOptions& flow = document->getNozzleFlowOptions();
-    flow.setCalculateNozzleFlow(true);
-    flow.setNozzleExitConditions().setAreaRatio(engine.areaRatio, true);
-    if (frozen) {
-        flow.setFreezingConditions().setCalculate(true);
-        flow.getFreezingConditions().setExpansionRatio(engine.freezingRatio);
-    }
-    return document;
+/// Its document.
+inline std::unique_ptr<thermo::input::ConfigFile> documentOf(const RandomEngine& drawn, bool frozen)
+{
+    return documentOf(caseOf(drawn, frozen));
 }
 
 } // namespace ketra_test

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <support/Certificates.h>
 #include <support/ReferenceStates.h>
 
 #include <ketra/performance/equilibrium/Chamber.h>
@@ -142,9 +143,11 @@ inline std::vector<bool> waysToPose(const ReferenceStation& station)
 
 /// The exit of the reference, solved from its pressure or its area ratio: all deviations that have
 /// a limit. \throws runtime::Exception if it is not found
+/// \param certificate  receives that of the chamber with the exit, unless null
 inline std::vector<Deviation> deviationsOf(performance::equilibrium::Chamber& chamber,
                                            const ReferenceEngine& engine,
-                                           const ReferenceStation& station, bool byPressure)
+                                           const ReferenceStation& station, bool byPressure,
+                                           verification::EngineCertificate* certificate = nullptr)
 {
     using Section = performance::equilibrium::NozzleSectionConditions;
     const double value = byPressure ? station.p : station.areaRatio;
@@ -156,6 +159,7 @@ inline std::vector<Deviation> deviationsOf(performance::equilibrium::Chamber& ch
     else
         section = std::make_unique<Section>(&chamber, value, type, true, false, false, -1);
 
+    if (certificate) *certificate = certificateOf(chamber, *section);
     const ExitLimits limits = limitsOf(engine, station, byPressure, isMelting(*section));
     std::vector<Deviation> all;
     const auto relative = [&](const char* quantity, double found, double reference, double limit) {

@@ -165,6 +165,7 @@ struct FoundState {
     std::map<std::string, double> composition;
     bool transition = false; // a condensed product stands for a phase near its phase change
     bool blend = false;      // and it is a blend of two phases
+    verification::EquilibriumCertificate certificate;
 };
 
 /// The type of the problem that a state was posed as.
@@ -214,6 +215,7 @@ inline FoundState findState(const ReferenceCase& c, const ReferenceState& state,
     problem.solve(false);
 
     FoundState found{};
+    found.certificate = problem.certificate();
     std::vector<const thermo::Species*> condensed;
     problem.getCondensedSpecies(&condensed);
     for (const thermo::Species* species : condensed) {

@@ -101,7 +101,8 @@ HeatOfExplosion::HeatOfExplosion(Mixture& sample, bool newMultiphase, bool newIo
 
 HeatOfExplosion::HeatOfExplosion(const HeatOfExplosion& other)
     : mixture(std::make_unique<Mixture>(*other.mixture)), multiphase(other.multiphase),
-      ions(other.ions), reaction(other.reaction), derivatives(other.derivatives)
+      ions(other.ions), persistent(other.persistent), reaction(other.reaction),
+      derivatives(other.derivatives)
 {
 }
 
@@ -110,6 +111,7 @@ HeatOfExplosion& HeatOfExplosion::operator=(const HeatOfExplosion& other)
     *mixture = *other.mixture;
     multiphase = other.multiphase;
     ions = other.ions;
+    persistent = other.persistent;
     derivatives = other.derivatives;
     reaction = other.reaction;
     return *this;
@@ -127,6 +129,7 @@ void HeatOfExplosion::startRun()
 void HeatOfExplosion::pose(Mixture& charge)
 {
     reaction = std::make_shared<Equilibrium>(charge, multiphase, ions);
+    reaction->setPersistent(persistent);
 }
 
 double HeatOfExplosion::runExactMethod(double rho, double T,

@@ -69,6 +69,11 @@ public:
                                  std::vector<std::string>& omitted);
     double runInertDiluentMethod(double rho, double T);
 
+    /// Whether the problem of the next run goes on where the default method fails; see
+    /// `reaction::Equilibrium::setPersistent`. Off unless set; a copy has it from its source.
+    void setPersistent(bool newPersistent) { persistent = newPersistent; }
+    bool isPersistent() const { return persistent; }
+
     /// The problem of the last run, null before the first; this object's, until the next run.
     reaction::Equilibrium* getReaction() const { return reaction.get(); }
     /// The derivatives of the last run, null but after the inert diluent method; this object's.
@@ -83,6 +88,7 @@ private:
     std::unique_ptr<thermo::Mixture> mixture; // the sample
     bool multiphase;
     bool ions;
+    bool persistent = false;
     // Derivatives refer to their problem: copies of this object share both, or neither.
     std::shared_ptr<reaction::Equilibrium> reaction;
     std::shared_ptr<reaction::Derivatives> derivatives;

@@ -52,6 +52,20 @@ void SpecificImpulseFinder::setRelativeTolerance(double multiplier)
     requirePerformance().setRelativeTolerance(multiplier);
 }
 
+bool SpecificImpulseFinder::isPersistent() const { return requirePerformance().isPersistent(); }
+
+void SpecificImpulseFinder::setPersistent(bool persistent)
+{
+    requirePerformance().setPersistent(persistent);
+}
+
+bool SpecificImpulseFinder::isWarmStart() const { return requirePerformance().isWarmStart(); }
+
+void SpecificImpulseFinder::setWarmStart(bool warmStart)
+{
+    requirePerformance().setWarmStart(warmStart);
+}
+
 // The propellant that is there takes the new coefficient; the document keeps it for the propellant
 // that is built anew after a failed run.
 void SpecificImpulseFinder::setAlpha(double alpha)

@@ -59,6 +59,12 @@ public:
     double getRelativeTolerance() const;
     void setRelativeTolerance(double multiplier);
 
+    /// Those of `TheoreticalPerformance`, for the engine of the finder.
+    bool isPersistent() const;
+    void setPersistent(bool persistent);
+    bool isWarmStart() const;
+    void setWarmStart(bool warmStart);
+
     /// Deletes performance and document; nothing can be run or set afterwards.
     void clear();
 

@@ -62,7 +62,8 @@ TheoreticalPerformance::TheoreticalPerformance(thermo::input::ConfigFile* docume
 TheoreticalPerformance::TheoreticalPerformance(TheoreticalPerformance* source)
     : ownedData(std::make_unique<thermo::input::ConfigFile>(*source->data)),
       optimized(source->optimized), hasH(source->hasH), H(source->H),
-      relativeTolerance(source->relativeTolerance)
+      relativeTolerance(source->relativeTolerance), persistent(source->persistent),
+      warmStart(source->warmStart)
 {
     data = ownedData.get();
     initPropellant();
@@ -167,6 +168,8 @@ void TheoreticalPerformance::solveEquilibrium(bool expectCondensed, bool calcula
         equilibrium = std::make_unique<reaction::Equilibrium>(*mixture, multiphase, ions);
         equilibrium->setPH(pressure, mixture->H());
     }
+    equilibrium->setPersistent(persistent);
+    equilibrium->setWarmStart(warmStart);
     try {
         derivatives.reset(equilibrium::Combustor::solveReaction(
             equilibrium.get(), relativeTolerance, expectCondensed, calculateTransport));

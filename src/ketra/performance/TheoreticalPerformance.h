@@ -146,6 +146,14 @@ public:
     double getRelativeTolerance() const { return relativeTolerance; }
     void setRelativeTolerance(double multiplier);
 
+    /// Whether what fails is tried again until it is certified, and whether solves begin from the
+    /// nearest solved state: `equilibrium::Combustor::setPersistent` and `setWarmStart` of all that
+    /// the next solve builds, the points of a search for the optimum included. Off unless set.
+    void setPersistent(bool newPersistent) { persistent = newPersistent; }
+    bool isPersistent() const { return persistent; }
+    void setWarmStart(bool newWarmStart) { warmStart = newWarmStart; }
+    bool isWarmStart() const { return warmStart; }
+
 protected:
     /// No document, and so nothing to solve: for a subclass that brings its own.
     TheoreticalPerformance();
@@ -197,6 +205,8 @@ private:
     double PaCrit = 0.0; // Pa
     std::unique_ptr<equilibrium::NozzleSectionConditions> overExpansionSection;
     double relativeTolerance = 1.0;
+    bool persistent = false;
+    bool warmStart = false;
 };
 
 } // namespace performance

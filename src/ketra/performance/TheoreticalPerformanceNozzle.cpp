@@ -157,11 +157,31 @@ try {
     throw thermo::Exception(noSection);
 }
 
+// What the section is given by tells its side of the freezing section, so that no equilibrium need
+// be sought where there may be none.
+bool isBehindFreezing(const frozen::Chamber& chamber, const Condition& condition)
+{
+    const Section& freezing = *chamber.getEquilibriumSection();
+    switch (condition.type) {
+    case Section::PRESSURE:
+        return condition.value <= freezing.getP();
+    case Section::PRESSURE_RATIO:
+        return condition.value >= freezing.getPi();
+    case Section::AREA_RATIO:
+        break;
+    }
+    return condition.value >= freezing.getFr();
+}
+
 // A section of a flow that freezes. In front of the freezing section it is one in equilibrium; so
 // is every section that is not supersonic, and null where it has no solution.
 std::unique_ptr<Section> newFreezingSection(frozen::Chamber& chamber, const Condition& condition,
                                             bool calculateTransport, bool supersonic)
 {
+    if (supersonic && (chamber.isPersistent() || chamber.isWarmStart()))
+        return isBehindFreezing(chamber, condition)
+                   ? frozenSection(chamber, condition, calculateTransport)
+                   : newShiftingSection(chamber, condition, calculateTransport, supersonic);
     std::unique_ptr<Section> section;
     try {
         section = shiftingSection(chamber, condition, calculateTransport, supersonic);
@@ -196,6 +216,8 @@ void TheoreticalPerformance::solveChamber(bool expectCondensed, bool calculateTr
         unsolved->setP(p);
     const bool finiteArea = setArea(*unsolved, data->getNozzleFlowOptions());
     unsolved->setRelativeTolerance(relativeTolerance);
+    unsolved->setPersistent(persistent);
+    unsolved->setWarmStart(warmStart);
     try {
         unsolved->solve(finiteArea, expectCondensed, calculateTransport);
     } catch (...) {

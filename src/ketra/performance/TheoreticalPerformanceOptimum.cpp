@@ -30,12 +30,14 @@ constexpr double longPart = 0.618;
 
 int signOf(double value) { return (value > 0.0) - (value < 0.0); }
 
-std::unique_ptr<SpecificImpulseFinder> newFinder(const ConfigFile& document,
-                                                 double relativeTolerance)
+/// A finder on a copy of the document of \p engine, with its settings.
+std::unique_ptr<SpecificImpulseFinder> newFinder(const TheoreticalPerformance& engine)
 {
-    auto finder =
-        std::make_unique<SpecificImpulseFinder>(std::make_unique<ConfigFile>(document).release());
-    finder->setRelativeTolerance(relativeTolerance);
+    auto finder = std::make_unique<SpecificImpulseFinder>(
+        std::make_unique<ConfigFile>(*engine.getData()).release());
+    finder->setRelativeTolerance(engine.getRelativeTolerance());
+    finder->setPersistent(engine.isPersistent());
+    finder->setWarmStart(engine.isWarmStart());
     return finder;
 }
 
@@ -44,10 +46,9 @@ std::unique_ptr<SpecificImpulseFinder> newFinder(const ConfigFile& document,
 class OptimumSearch
 {
 public:
-    OptimumSearch(const ConfigFile& document, double relativeTolerance, double from, double to,
-                  double eps)
-        : A(newFinder(document, relativeTolerance)), B(newFinder(document, relativeTolerance)),
-          C(newFinder(document, relativeTolerance)), lo(from), hi(to), tolerance(eps), h(eps * 0.5)
+    OptimumSearch(const TheoreticalPerformance& engine, double from, double to, double eps)
+        : A(newFinder(engine)), B(newFinder(engine)), C(newFinder(engine)), lo(from), hi(to),
+          tolerance(eps), h(eps * 0.5)
     {
     }
 
@@ -161,7 +162,7 @@ double TheoreticalPerformance::optimizeForSpecificImpulse(double a, double b, do
     requireSearchable();
     double optimum = 0.0;
     {
-        OptimumSearch search(*data, relativeTolerance, std::min(a, b), std::max(a, b), eps);
+        OptimumSearch search(*this, std::min(a, b), std::max(a, b), eps);
         search.bracket();
         if (search.fallsFromTheStart()) {
             util::Log::warnf("THERMO",

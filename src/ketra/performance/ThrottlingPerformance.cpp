@@ -1,5 +1,6 @@
 #include <ketra/performance/ThrottlingPerformance.h>
 
+#include <ketra/performance/detail/BracketedRoot.h>
 #include <ketra/performance/equilibrium/Chamber.h>
 #include <ketra/performance/equilibrium/NozzleSectionConditions.h>
 #include <ketra/reaction/Equilibrium.h>
@@ -8,10 +9,12 @@
 #include <ketra/thermo/input/Pressure.h>
 #include <ketra/util/Log.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace performance {
 
+using detail::BracketedRoot;
 using equilibrium::Chamber;
 using thermo::input::Pressure;
 
@@ -24,6 +27,11 @@ constexpr double greatestRatio = 2.0;
 
 constexpr int maxPasses = 20;          // solves of the chamber
 constexpr double fluxTolerance = 1e-8; // relative, of the mass flux
+constexpr double settledFlux = 1e-5;   // the same where the digits of the chamber end
+
+// The bracket of the chamber pressure, in ln p.
+constexpr int bracketSteps = 20;
+constexpr double narrowestBracket = 1e-9;
 
 [[noreturn]] void failWithoutDesign(const char* missing)
 {
@@ -143,24 +151,62 @@ void ThrottlingPerformance::solveThrottled(bool calculateTransport)
     solveDesignExit(calculateTransport);
 }
 
+void ThrottlingPerformance::solveChamberForFlux(double targetMr, bool calculateTransport)
+{
+    if (settleFlux(targetMr, calculateTransport)) return;
+    if (isPersistent() && bracketFlux(targetMr, calculateTransport)) return;
+    util::Log::errorf("THERMO",
+                      "Could not find the throttling characteristics within %d iterations!%s",
+                      maxPasses, util::eol);
+    throw thermo::Exception(invalidState);
+}
+
 // The mass flux is nearly proportional to the chamber pressure: the pressure is relaxed by the
 // relative error of the flux.
-void ThrottlingPerformance::solveChamberForFlux(double targetMr, bool calculateTransport)
+bool ThrottlingPerformance::settleFlux(double targetMr, bool calculateTransport)
 {
     const double tolerance = getRelativeTolerance() * fluxTolerance;
     for (int pass = 1;; ++pass) {
         solve(calculateTransport);
         const double q = getChamber()->getMr() / targetMr;
-        if (std::abs(1.0 - q) < tolerance) return;
-        if (pass == maxPasses) break;
+        if (std::abs(1.0 - q) < tolerance) return true;
+        if (pass == maxPasses) return false;
         const double p = (2.0 - q) * getChamber()->getReaction(Chamber::INJECTION_PLANE)->getP();
         clearForRestart(/*all=*/false);
         setChamberPressure(p);
     }
-    util::Log::errorf("THERMO",
-                      "Could not find the throttling characteristics within %d iterations!%s",
-                      maxPasses, util::eol);
-    throw thermo::Exception(invalidState);
+}
+
+// The bracket grows from the last pressure of the relaxation, until the flux lies in it. The digits
+// of a chamber end before those of the relaxation's tolerance: a flux that is met as well as a
+// chamber end meets its own is met.
+bool ThrottlingPerformance::bracketFlux(double targetMr, bool calculateTransport)
+{
+    util::Log::infof("THERMO",
+                     "Throttling: the mass flux has not settled. Searching the chamber pressure "
+                     "between two bounds.%s",
+                     util::eol);
+    const auto excess = [&](double lnP) {
+        clearForRestart(/*all=*/false);
+        setChamberPressure(std::exp(lnP));
+        solve(calculateTransport);
+        return std::log(getChamber()->getMr() / targetMr);
+    };
+    double width = 0.0;
+    BracketedRoot::Point low{}, high{};
+    low.x = std::log(getChamber()->getReaction(Chamber::INJECTION_PLANE)->getP());
+    low.value = excess(low.x);
+    high = low;
+    for (int step = 0; (low.value < 0.0) == (high.value < 0.0); ++step) {
+        if (step == bracketSteps) return false;
+        width += std::max(width, 2.0 * std::abs(low.value));
+        BracketedRoot::Point& end = low.value < 0.0 ? high : low;
+        end.x += end.value < 0.0 ? width : -width;
+        end.value = excess(end.x);
+    }
+    BracketedRoot root(excess, low, high);
+    if (root.close(getRelativeTolerance() * fluxTolerance, narrowestBracket)) return true;
+    return std::abs(excess(root.best().x)) < getRelativeTolerance() * settledFlux;
 }
 
 // The nozzle is the design's, and so is its area ratio, however the exit was given there.

@@ -12,6 +12,10 @@ namespace performance {
 /// area, whose mass flow follows its pressure, it is the pressure over the design's.
 ///
 /// At a ratio of exactly 1 nothing is solved, and all results are those of the design case itself.
+///
+/// Persistence and warm starts are those of the design case unless set anew for a further
+/// `throttle`. A persistent object whose mass flux does not settle by the method searches the
+/// chamber pressure in a bracket.
 class KETRA_API ThrottlingPerformance : public TheoreticalPerformance
 {
 public:
@@ -41,6 +45,8 @@ private:
     void setChamberPressure(double p);
     void solveThrottled(bool calculateTransport);
     void solveChamberForFlux(double targetMr, bool calculateTransport);
+    bool settleFlux(double targetMr, bool calculateTransport);
+    bool bracketFlux(double targetMr, bool calculateTransport);
     void solveDesignExit(bool calculateTransport);
     equilibrium::Chamber& designChamber() const;
     equilibrium::NozzleSectionConditions& designExit() const;

@@ -160,4 +160,20 @@ TEST(HeatOfExplosion, SurvivesAssignmentToItself)
     EXPECT_EQ(heat.runExactMethod(rho, T), Q);
 }
 
+TEST(HeatOfExplosion, HandsItsPersistenceToProblemsAndCopies)
+{
+    HeatOfExplosion heat(*sampleOf("RDX(cr)"));
+    EXPECT_FALSE(heat.isPersistent());
+    const double Q = heat.runExactMethod(rho, T);
+    EXPECT_FALSE(heat.getReaction()->isPersistent());
+    heat.setPersistent(true);
+    // The first attempt is the default one, and succeeds.
+    EXPECT_EQ(heat.runExactMethod(rho, T), Q);
+    EXPECT_TRUE(heat.getReaction()->isPersistent());
+    EXPECT_TRUE(HeatOfExplosion(heat).isPersistent());
+    HeatOfExplosion other(*sampleOf("TNT(cr)"));
+    other = heat;
+    EXPECT_TRUE(other.isPersistent());
+}
+
 } // namespace

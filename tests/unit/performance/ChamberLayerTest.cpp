@@ -1,6 +1,7 @@
 #include "Chambers.h"
 
 #include <support/CapturingLogger.h>
+#include <support/Certificates.h>
 #include <support/Failures.h>
 
 #include <ketra/thermo/Exception.h>
@@ -82,6 +83,7 @@ protected:
     {
         chamber->setP(chamberPressure);
         chamber->solve(finiteArea, false, false);
+        EXPECT_NE(ketra_test::certificateOf(*chamber).grade, verification::Grade::F);
     }
 
     std::unique_ptr<thermo::Mixture> core, cool;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <support/EngineLaws.h>
 #include <support/MadeUpSpecies.h>
 #include <support/Reactants.h>
 
@@ -91,11 +92,4 @@ inline double layerThroatMach(const Chamber& chamber)
     return layerVelocityAt(chamber, Chamber::THROAT) /
            chamber.getBlcDerivatives(Chamber::THROAT)->getA();
 }
-/// Mass flux in the throat, kg/(m2 s).
-inline double throatFlux(const Chamber& chamber)
-{
-    const reaction::Derivatives& sonic = *chamber.getDerivatives(Chamber::THROAT);
-    return sonic.getRho() * sonic.getA();
-}
-
 } // namespace ketra_test

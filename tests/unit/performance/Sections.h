@@ -1,5 +1,6 @@
 #pragma once
 
+#include <support/Certificates.h>
 #include <support/Reactants.h>
 
 #include <ketra/performance/equilibrium/Chamber.h>
@@ -8,6 +9,8 @@
 #include <ketra/performance/frozen/NozzleSectionConditions.h>
 #include <ketra/reaction/Derivatives.h>
 #include <ketra/reaction/Equilibrium.h>
+
+#include <gtest/gtest.h>
 
 #include <cmath>
 #include <memory>
@@ -29,6 +32,16 @@ inline const reaction::Equilibrium& stationOf(const Chamber& chamber, unsigned i
     return *chamber.getReaction(static_cast<Chamber::CHAMBER_STATION>(number));
 }
 
+/// Expects the certificate of a solved chamber to be A; where the area is finite, B will do, for
+/// the mass flow that its end misses by the method.
+inline void expectCertified(const Chamber& chamber)
+{
+    using verification::Grade;
+    const auto certificate = certificateOf(chamber);
+    EXPECT_LE(certificate.grade, certificate.chamberFlux > 1e-3 ? Grade::B : Grade::A)
+        << gradeOf(certificate);
+}
+
 /// A solved chamber; of infinite area if \p Fcr is 0.
 inline std::unique_ptr<Chamber> solvedChamber(thermo::Mixture& mixture, double p = chamberP,
                                               double Fcr = 0.0)
@@ -37,6 +50,7 @@ inline std::unique_ptr<Chamber> solvedChamber(thermo::Mixture& mixture, double p
     chamber->setP(p);
     if (Fcr != 0.0) chamber->setFcr(Fcr);
     chamber->solve(Fcr != 0.0, false, false);
+    expectCertified(*chamber);
     return chamber;
 }
 
@@ -64,6 +78,7 @@ inline std::unique_ptr<FrozenChamber> frozenChamber(double Fr = 2.0, bool withLa
     chamber->setP(chamberP);
     if (withLayer) chamber->setBLC(0.1, *loxHydrogen(2.0), false);
     chamber->solve(false, false, false);
+    expectCertified(*chamber);
     return chamber;
 }
 

@@ -144,8 +144,7 @@ void Chamber::solve(bool finiteArea, bool expectCondensed, bool calculateTranspo
             solveFiniteArea(expectCondensed, calculateTransport);
         else
             solveInfiniteArea(expectCondensed, calculateTransport);
-        const Derivatives& sonic = *throatStation.derivatives;
-        cstar = Pc_0 / (sonic.getA() * sonic.getRho());
+        cstar = Pc_0 / getThroatFlux();
         blc_solve(calculateTransport);
     } catch (const thermo::Exception&) {
         clearStations();
@@ -209,6 +208,13 @@ void Chamber::clearTables()
 {
     nozzleInput.reset();
     nozzleExit.reset();
+}
+
+// A copy has the properties of its source as they were when that was posed.
+void Chamber::inherit(Equilibrium& station) const
+{
+    station.setPersistent(isPersistent());
+    station.setWarmStart(isWarmStart());
 }
 
 } // namespace performance::equilibrium

@@ -29,6 +29,12 @@ namespace performance::equilibrium {
 /// then solve it. Pose it anew before each further solve. The sections of the nozzle read the
 /// stations and borrow from their problems: they must be dropped before the chamber is solved
 /// again, and the chamber must outlive them. An object belongs to one thread at a time.
+///
+/// With warm starts (`setWarmStart`) the chamber end and the throat begin from the state before
+/// them; a persistent chamber (`setPersistent`) looks for a throat or a chamber end that the method
+/// does not find in a bracket, where the mass flux of the isentrope is largest. Where the speed of
+/// sound jumps, as a condensed phase appears, no state has Mach 1: the throat is then the state of
+/// the largest mass flux, and the log says so.
 class KETRA_API Chamber : public Combustor
 {
 public:
@@ -87,6 +93,10 @@ public:
     double getMr_blc() const { return Mr_blc; }         ///< kg/(m2 s), of finite area, else 0
     double getFcr_blc() const { return Fcr_blc; }       ///< of finite area, else 0
 
+    /// Mass flux in the throat of the core, kg/(m2 s): rho a, as the flow is sonic there. In the
+    /// throat of a persistent chamber whose speed of sound jumps it is rho w.
+    /// \throws thermo::Exception 0 without a throat
+    double getThroatFlux() const;
     /// Characteristic velocity, m/s, of the core and of the layer, each under two names.
     double getCstar_core() const { return cstar; }
     double getBetta_core() const { return cstar; }
@@ -181,12 +191,20 @@ private:
     void clearStations();
     void clearCoreStations();
     void clearTables();
+    void inherit(reaction::Equilibrium& station) const;
 
     void findThroat(bool expectCondensed);
+    void iterateThroat(bool expectCondensed);
+    void bracketThroat(bool expectCondensed);
     void expandToThroat(double p, double S, bool expectCondensed);
     double throatMach() const;
+    bool throatIsSonic() const;
 
     void findChamberEnd(bool expectCondensed);
+    double iterateChamberEnd(double F, bool expectCondensed);
+    double bracketChamberEnd(double F, bool expectCondensed);
+    Flow flowOfEndAt(double p, double& F, bool expectCondensed);
+    bool isFluxGiven() const { return Fcr < 1.0; }
     double firstContraction() const;
     Estimate firstEstimate(double F) const;
     double enthalpyAt(double w, const reaction::Derivatives& gas,
@@ -200,6 +218,11 @@ private:
     void clearLayerStations();
     void poseLayer();
     void findLayerThroat();
+    void iterateLayerThroat();
+    void bracketLayerThroat();
+    void solveLayerThroat(double w);
+    double layerThroatMach() const;
+    bool layerThroatIsSonic() const;
     void solveLayerEnd();
 
     std::vector<double> areaRatios(const reaction::Equilibrium& start,

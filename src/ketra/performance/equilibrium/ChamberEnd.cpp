@@ -4,6 +4,7 @@
 #include <ketra/performance/equilibrium/Chamber.h>
 
 #include <ketra/gasdynamics/gasdynamics.h>
+#include <ketra/performance/detail/BracketedRoot.h>
 #include <ketra/reaction/Derivatives.h>
 #include <ketra/reaction/Equilibrium.h>
 #include <ketra/thermo/Exception.h>
@@ -11,10 +12,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
+#include <utility>
 
 namespace performance::equilibrium {
 
+using performance::detail::BracketedRoot;
 using reaction::Derivatives;
 using reaction::Equilibrium;
 
@@ -25,7 +29,13 @@ constexpr double pressureTolerance = 1e-5; // relative, times the relative toler
 constexpr double fluxTolerance = 1e-3;     // of a given mass flux
 constexpr double condensedTolerance = 0.1; // of the mass flow, with condensed phases
 constexpr double assumedCstar = 2350.0;    // m/s, for the first contraction of a given mass flux
-constexpr unsigned int invalidState = 0;   // codes of thermo::Exception
+// The bracket of a chamber end, in ln p.
+constexpr double bracketStep = 0.002;
+constexpr int bracketSteps = 20;
+constexpr double narrowestBracket = 1e-10;
+constexpr int densityPasses = 20;
+constexpr double densityTolerance = 1e-8; // relative
+constexpr unsigned int invalidState = 0;  // codes of thermo::Exception
 constexpr unsigned int noChamberEnd = 9;
 
 } // namespace
@@ -59,31 +69,92 @@ void Chamber::combustion_end_and_throat(bool expectCondensed)
 
 void Chamber::findChamberEnd(bool expectCondensed)
 {
-    const bool fluxGiven = Fcr < 1.0;
-    double F = firstContraction();
+    const double F = firstContraction();
     requireSolved(INJECTION_PLANE);
     end.clear();
     end.problem = std::make_unique<Equilibrium>(*getReaction());
+    inherit(*end.problem);
     endKind = End::OWN;
 
-    Estimate estimate = firstEstimate(F);
-    Flow flow{};
-    for (int pass = 1;; ++pass) {
-        solveChamberEnd(estimate, expectCondensed);
-        throat(expectCondensed);
-        flow = flowThrough(F);
-        if (endIsSettled(F, estimate, flow)) break;
-        if (pass == endPasses) throw thermo::Exception(noChamberEnd);
-        estimate = nextEstimate(estimate, flow);
-        if (fluxGiven) F = flow.G / Mr;
+    double G = 0.0;
+    try {
+        G = iterateChamberEnd(F, expectCondensed);
+    } catch (const std::exception&) {
+        if (!isPersistent() || (isFluxGiven() && Mr == 0.0)) throw;
+        G = bracketChamberEnd(F, expectCondensed);
     }
 
     const double w = std::sqrt(2.0 * (getReaction()->getHspec() - end.problem->getHspec()));
     const double rho = end.derivatives->getRho();
-    if (fluxGiven)
-        Fcr = flow.G / (rho * w);
+    if (isFluxGiven())
+        Fcr = G / (rho * w);
     else
         Mr = rho * w;
+}
+
+// The mass flux in the throat, kg/(m2 s).
+double Chamber::iterateChamberEnd(double F, bool expectCondensed)
+{
+    Estimate estimate = firstEstimate(F);
+    for (int pass = 1;; ++pass) {
+        solveChamberEnd(estimate, expectCondensed);
+        throat(expectCondensed);
+        const Flow flow = flowThrough(F);
+        if (endIsSettled(F, estimate, flow)) return flow.G;
+        if (pass == endPasses) throw thermo::Exception(noChamberEnd);
+        estimate = nextEstimate(estimate, flow);
+        if (isFluxGiven()) F = flow.G / Mr;
+    }
+}
+
+// What would be the injection pressure rises with the pressure at the chamber end; at the injection
+// pressure itself it is too high, by the momentum that the flow has.
+double Chamber::bracketChamberEnd(double F, bool expectCondensed)
+{
+    util::Log::infof("THERMO",
+                     "Chamber end: the search by momentum has not settled. Searching the pressure "
+                     "between two bounds.%s",
+                     util::eol);
+    const double pi = getReaction()->getP();
+    Flow flow{};
+    const auto excess = [&](double lnP) {
+        flow = flowOfEndAt(std::exp(lnP), F, expectCondensed);
+        return std::log(flow.pi / pi);
+    };
+    BracketedRoot::Point high{}, low{std::log(pi), std::numeric_limits<double>::infinity()};
+    for (int step = 1; !(low.value < 0.0); ++step) {
+        if (step > bracketSteps) throw thermo::Exception(noChamberEnd);
+        high = low;
+        low.x = std::log(pi) - step * step * bracketStep;
+        low.value = excess(low.x);
+    }
+    BracketedRoot root(excess, high, low);
+    const bool closed = root.close(getRelativeTolerance() * pressureTolerance, narrowestBracket);
+    if (!closed || F < 1.0) throw thermo::Exception(noChamberEnd);
+    return flow.G;
+}
+
+// The flow of a chamber end of the pressure p, Pa, with the velocity that the momentum p_i = p +
+// rho w^2 gives it. With a given mass flux F becomes the contraction that belongs to it.
+Chamber::Flow Chamber::flowOfEndAt(double p, double& F, bool expectCondensed)
+{
+    const double pi = getReaction()->getP();
+    Estimate estimate{p, 0.0, 0.0};
+    const Derivatives* gas = getDerivatives();
+    const Equilibrium* products = getReaction();
+    double rho = gas->getRho();
+    for (int pass = 0; pass < densityPasses; ++pass) {
+        estimate.w = std::sqrt((pi - p) / rho);
+        estimate.H = enthalpyAt(estimate.w, *gas, *products);
+        solveChamberEnd(estimate, expectCondensed);
+        gas = end.derivatives.get();
+        products = end.problem.get();
+        const double previous = std::exchange(rho, gas->getRho());
+        if (std::abs(rho / previous - 1.0) < densityTolerance) break;
+    }
+    throat(expectCondensed);
+    if (isFluxGiven()) F = flowThrough(F).G / Mr;
+    return flowThrough(F);
 }
 
 // The contraction ratio, or a first guess of it from the mass flux p/(c* F).
@@ -158,7 +229,7 @@ bool Chamber::endIsSettled(double F, const Estimate& estimate, const Flow& flow)
     if (!(std::abs(pi - flow.pi) / pi < pressureLimit)) return false;
 
     const double rho = end.derivatives->getRho();
-    const bool fluxGiven = Fcr < 1.0;
+    const bool fluxGiven = isFluxGiven();
     // A chamber end with condensed phases settles on the pressure alone.
     const double limit = end.problem->hasCondensedPhase() ? condensedTolerance
                          : fluxGiven

@@ -2,19 +2,29 @@
 
 #include <ketra/performance/equilibrium/Chamber.h>
 
+#include <ketra/performance/detail/BracketedRoot.h>
 #include <ketra/performance/equilibrium/detail/SonicSearch.h>
 #include <ketra/reaction/Derivatives.h>
 #include <ketra/reaction/Equilibrium.h>
 #include <ketra/thermo/Exception.h>
 #include <ketra/thermo/Mixture.h>
 #include <ketra/thermo/Propellant.h>
+#include <ketra/util/Log.h>
 
 #include <cmath>
 
 namespace performance::equilibrium {
 
+using performance::detail::BracketedRoot;
 using reaction::Derivatives;
 using reaction::Equilibrium;
+
+namespace {
+
+constexpr int bracketSteps = 20;
+constexpr double narrowestBracket = 1e-9; // of the velocity, relative
+
+} // namespace
 
 void Chamber::setBLC(double fraction, thermo::Propellant& reactants, bool calculateTransport)
 {
@@ -89,6 +99,7 @@ void Chamber::blc_solve(bool calculateTransport)
 void Chamber::poseLayer()
 {
     Equilibrium& target = *layer.problem;
+    inherit(target);
     if (target.getProcessType() != Equilibrium::PH) return;
     if (layerIsFresh) layerH = target.getH();
     layerIsFresh = false;
@@ -114,30 +125,78 @@ void Chamber::blc_throat()
 // varied until the velocity gained since the injection plane is that of sound.
 void Chamber::findLayerThroat()
 {
-    const Equilibrium& source = *layer.problem;
-    const double p = throatStation.problem->getP();
-    const double h = source.getHspec();
-    const double mass = layer.derivatives->getMm();
-    const double N = source.getResultingMixtureQuantaty();
-    const double tolerance = getRelativeTolerance() * detail::sonicTolerance;
+    try {
+        iterateLayerThroat();
+        if (!isPersistent() || layerThroatIsSonic()) return;
+    } catch (const thermo::Exception&) {
+        if (!isPersistent()) throw;
+    }
+    bracketLayerThroat();
+}
 
+void Chamber::iterateLayerThroat()
+{
     double a = layer.derivatives->getA();
     double M = 1.0, previousM = 1.0;
     for (int pass = 1;; ++pass) {
-        layerThroat.clear();
-        layerThroat.problem = std::make_unique<Equilibrium>(source);
-        layerThroat.problem->setPH(p, mass * (h - a * a / 2.0) * N);
-        layerThroat.derivatives.reset(solveReaction(
-            layerThroat.problem.get(), getRelativeTolerance(), isCondensedExpected(), false));
-
+        solveLayerThroat(a);
         a = layerThroat.derivatives->getA();
-        M = std::sqrt(2.0 * (h - layerThroat.problem->getHspec())) / a;
-        if (std::abs(M - 1.0) < tolerance) return;
+        M = layerThroatMach();
+        if (std::abs(M - 1.0) < getRelativeTolerance() * detail::sonicTolerance) return;
         if (pass == detail::sonicPasses) break;
         previousM = M;
     }
     // Across a jump of the Mach number the last state is kept as it stands.
     if (!detail::bracketSonic(M, previousM)) throw thermo::Exception(detail::noThroat);
+}
+
+// The Mach number rises with the velocity, as the layer cools by it.
+void Chamber::bracketLayerThroat()
+{
+    util::Log::infof("THERMO",
+                     "Throat of the boundary layer: the search has not found Mach number 1. "
+                     "Searching between a subsonic and a supersonic velocity.%s",
+                     util::eol);
+    const auto excess = [&](double w) {
+        solveLayerThroat(w);
+        return layerThroatMach() - 1.0;
+    };
+    const double a = layer.derivatives->getA();
+    BracketedRoot::Point subsonic{0.0, -1.0}, supersonic{0.0, -1.0};
+    for (int step = 1; !(supersonic.value > 0.0); ++step) {
+        if (step > bracketSteps) throw thermo::Exception(detail::noThroat);
+        subsonic = supersonic;
+        supersonic.x = (0.9 + 0.1 * step) * a;
+        supersonic.value = excess(supersonic.x);
+    }
+    BracketedRoot root(excess, subsonic, supersonic);
+    if (!root.close(getRelativeTolerance() * detail::sonicTolerance, narrowestBracket * a))
+        excess(root.best().x);
+}
+
+// The layer at the pressure of the core's throat with the velocity w.
+void Chamber::solveLayerThroat(double w)
+{
+    const Equilibrium& source = *layer.problem;
+    const double mass = layer.derivatives->getMm();
+    const double N = source.getResultingMixtureQuantaty();
+    layerThroat.clear();
+    layerThroat.problem = std::make_unique<Equilibrium>(source);
+    layerThroat.problem->setPH(throatStation.problem->getP(),
+                               mass * (source.getHspec() - w * w / 2.0) * N);
+    layerThroat.derivatives.reset(solveReaction(layerThroat.problem.get(), getRelativeTolerance(),
+                                                isCondensedExpected(), false));
+}
+
+double Chamber::layerThroatMach() const
+{
+    return std::sqrt(2.0 * (layer.problem->getHspec() - layerThroat.problem->getHspec())) /
+           layerThroat.derivatives->getA();
+}
+
+bool Chamber::layerThroatIsSonic() const
+{
+    return std::abs(layerThroatMach() - 1.0) < getRelativeTolerance() * detail::sonicTolerance;
 }
 
 // The end of the layer in a chamber of finite area: its throat's entropy at the pressure of the

@@ -67,6 +67,14 @@ void Combustor::setRelativeTolerance(double multiplier)
     relativeTolerance = std::abs(multiplier);
 }
 
+void Combustor::setPersistent(bool persistent) { problem->setPersistent(persistent); }
+
+bool Combustor::isPersistent() const { return problem->isPersistent(); }
+
+void Combustor::setWarmStart(bool warmStart) { problem->setWarmStart(warmStart); }
+
+bool Combustor::isWarmStart() const { return problem->isWarmStart(); }
+
 void Combustor::setP(double p) { problem->setPH(p, initialH); }
 
 void Combustor::setPH(double p, double H) { problem->setPH(p, H); }

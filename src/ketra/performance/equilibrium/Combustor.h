@@ -79,11 +79,27 @@ public:
     double getRelativeTolerance() const { return relativeTolerance; }
     void setRelativeTolerance(double multiplier);
 
+    /// Whether a failed solution is followed by further attempts until one is certified: those of
+    /// `reaction::Equilibrium::setPersistent`, and in a chamber a bracketed search for a throat, a
+    /// chamber end or a section that the method does not find. A chamber hands the flag on to its
+    /// stations, its boundary layer, its sections and its tables. Off unless set; holds from the
+    /// next solve on.
+    void setPersistent(bool persistent);
+    bool isPersistent() const;
+    /// Whether each solve begins from the nearest solved state instead of equal amounts of all
+    /// gases, see `reaction::Equilibrium::setWarmStart`: the chamber end and the throat from the
+    /// state before, a section from its chamber end or throat and each step of its search from the
+    /// one before. Searches converge more tightly then, in fewer steps. Handed on like persistence.
+    /// Off unless set; holds from the next solve on.
+    void setWarmStart(bool warmStart);
+    bool isWarmStart() const;
+
     /// Solves \p reaction and returns the derivatives of the solution, the caller's.
     ///
     /// A failure is answered by up to two further attempts on the same problem, each from at least
     /// 250 K and with condensed phases from the start: the first without ions, the second with at
-    /// least 500 cycles. What they change (ions, cycle limit, start temperature) stays changed.
+    /// least 500 cycles. What they change (ions, cycle limit, start temperature) stays changed. A
+    /// persistent problem has had its further attempts already, and gets none of these.
     /// \throws thermo::Exception 18 at once, when a new condensed species made the matrix singular;
     ///         any other when no attempt is left
     static reaction::Derivatives* solveReaction(reaction::Equilibrium* reaction,

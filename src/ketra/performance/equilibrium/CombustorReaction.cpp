@@ -145,9 +145,11 @@ Derivatives* Combustor::solveReaction(Equilibrium* reaction, double relativeTole
     try {
         reaction->solve(expectCondensed);
     } catch (const thermo::Exception& failure) {
+        if (reaction->isPersistent()) throw; // its own attempts go further than these
         if (!isWorthAnotherAttempt(failure, *reaction, expectCondensed)) throw;
         recover(*reaction, definition);
     } catch (const std::exception&) {
+        if (reaction->isPersistent()) throw;
         recover(*reaction, definition);
     }
     return derive(reaction, calculateTransport);

@@ -65,12 +65,17 @@ void NozzleSectionConditions::blc_solve(Chamber* chamber, bool supersonic, bool 
     const auto& endDerivatives = required(chamber->getBlcDerivatives(Chamber::CHAMBER_END));
     const auto& throat = required(chamber->getBlcDerivatives(Chamber::THROAT));
     const double S = end.getResultingMixtureQuantaty() * end.getS();
-    const double k = supersonic ? throat.getK() : (endDerivatives.getK() + throat.getK()) * 0.5;
-    const double lambda = gasdynamics::lambda_pi(p / end.getP(), k, supersonic);
-
-    auto problem = std::make_unique<reaction::Equilibrium>(end);
+    const bool warm = chamber->isWarmStart();
+    auto problem = std::make_unique<reaction::Equilibrium>(
+        warm && supersonic ? required(chamber->getBlcReaction(Chamber::THROAT)) : end);
+    problem->setPersistent(chamber->isPersistent());
+    problem->setWarmStart(warm);
     problem->setPS(p, S);
-    problem->setT(startTemperature(end.getT() * gasdynamics::gf_tau(lambda, k)));
+    if (!warm) {
+        const double k = supersonic ? throat.getK() : (endDerivatives.getK() + throat.getK()) * 0.5;
+        const double lambda = gasdynamics::lambda_pi(p / end.getP(), k, supersonic);
+        problem->setT(startTemperature(end.getT() * gasdynamics::gf_tau(lambda, k)));
+    }
     layer.derivatives.reset(Combustor::solveReaction(problem.get(),
                                                      injection.getRelativeTolerance(),
                                                      expectCondensed, /*calculateTransport=*/true));

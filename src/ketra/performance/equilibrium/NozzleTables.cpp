@@ -132,7 +132,7 @@ std::vector<double> Chamber::areaRatios(const Equilibrium& start,
     const double TInlet = inlet.getT();
     const double S = inlet.getS() * inlet.getResultingMixtureQuantaty();
     const double Hi = getReaction()->getHspec();
-    const double G = throatStation.derivatives->getRho() * throatStation.derivatives->getA();
+    const double G = getThroatFlux();
 
     const auto startT = [&](double p) {
         try {
@@ -144,8 +144,9 @@ std::vector<double> Chamber::areaRatios(const Equilibrium& start,
     };
     const auto areaRatio = [&](double p) {
         Equilibrium point(start);
+        inherit(point);
         point.setPS(p, S);
-        point.setT(std::max(floorT, startT(p)));
+        if (!isWarmStart()) point.setT(std::max(floorT, startT(p)));
         const std::unique_ptr<Derivatives> gas(
             solveReaction(&point, getRelativeTolerance(), expectCondensed, false));
         const double w = std::sqrt(2.0 * (Hi - point.getHspec()));

@@ -14,6 +14,7 @@ namespace performance::frozen {
 
 NozzleSectionConditions::NozzleSectionConditions(Chamber* chamber, double value,
                                                  CONDITION_TYPE type, bool calculateTransport)
+    : persistent(chamber->isPersistent())
 {
     const equilibrium::NozzleSectionConditions& freezing = *chamber->getEquilibriumSection();
     try {
@@ -22,7 +23,7 @@ NozzleSectionConditions::NozzleSectionConditions(Chamber* chamber, double value,
         const reaction::Equilibrium& end = required(chamber->getReaction(Chamber::CHAMBER_END));
         StreamSolver solver(*this, frozenCore, core,
                             {injection, end, required(chamber->getDerivatives(Chamber::THROAT)),
-                             required(freezing.getReaction())});
+                             chamber->getThroatFlux(), required(freezing.getReaction())});
         if (type == PRESSURE) {
             p = value;
             solver.expand(
@@ -32,7 +33,7 @@ NozzleSectionConditions::NozzleSectionConditions(Chamber* chamber, double value,
             p = injection.getP() / value;
             solver.expand(std::max(StreamSolver::floorT, solver.guessByPressure(1 / value)));
         } else {
-            solver.searchAreaRatio(value);
+            solver.findAreaRatio(value, persistent);
         }
         solver.storeState();
         core.Fr = type == PRESSURE || type == PRESSURE_RATIO ? solver.areaRatio() : value;
@@ -53,9 +54,10 @@ void NozzleSectionConditions::blc_solve(Chamber* chamber, bool calculateTranspor
     if (!freezing.isBLC()) return;
     try {
         const reaction::Equilibrium& end = required(chamber->getBlcReaction(Chamber::CHAMBER_END));
+        const auto& throat = required(chamber->getBlcDerivatives(Chamber::THROAT));
         StreamSolver solver(*this, frozenLayer, layer,
                             {required(chamber->getBlcReaction(Chamber::INJECTION_PLANE)), end,
-                             required(chamber->getBlcDerivatives(Chamber::THROAT)),
+                             throat, throat.getRho() * throat.getA(),
                              required(freezing.getBlcReaction())});
         BLC = freezing.getBLC();
         // It is the core that tells whether the start is too cold for the layer.

@@ -6,6 +6,7 @@
 #include <ketra/thermo/Mixture.h>
 
 #include <memory>
+#include <optional>
 
 namespace performance::frozen {
 
@@ -114,7 +115,8 @@ public:
 
 protected:
     /// The temperature, K, at which \p products have the total entropy \p S, J/K, at the pressure
-    /// whose logarithm over 1e5 Pa is \p lnp; Newton's method in ln T from \p T0.
+    /// whose logarithm over 1e5 Pa is \p lnp; Newton's method in ln T from \p T0. For a persistent
+    /// chamber a search in a bracket follows steps that leave the range of a gas or do not end.
     /// \param Ngas  moles of the gases among them
     /// \throws thermo::Exception 13 after 50 steps, and as the other `getT`
     double solveForFixedPressure(double S, reaction::ReactingMixture* products, double Ngas,
@@ -158,11 +160,32 @@ private:
         double Prfr = 0.0;
     };
 
+    /// The functions of a product of fixed amount: H/(R T), S/R and Cp/R.
+    struct Held {
+        double H, S, Cp;
+    };
+    struct FixedEntropy;
+    /// K, exclusive.
+    struct GasRange {
+        double low, high;
+    };
+
     /// The layer. \throws thermo::Exception 0 without one
     const Frozen& presentLayer() const;
 
+    Held heldAt(reaction::Product& product, double T) const;
+    FixedEntropy entropyAt(double T, reaction::ReactingMixture* products, double lnN,
+                           double lnp) const;
+    static GasRange dataOf(const reaction::ReactingMixture& products);
+    std::optional<double> iterateTemperature(double S, reaction::ReactingMixture* products,
+                                             double lnN, double lnp, double T0,
+                                             GasRange range) const;
+    std::optional<double> bracketTemperature(double S, reaction::ReactingMixture* products,
+                                             double lnN, double lnp, GasRange range) const;
+
     Frozen frozenCore;
     Frozen frozenLayer;
+    bool persistent = false; // as the chamber
 };
 
 } // namespace performance::frozen

@@ -81,11 +81,12 @@ NozzleSectionConditions::Solver::Solver(NozzleSectionConditions& newSection, Cha
       endDerivatives(required(chamber.getDerivatives(Chamber::CHAMBER_END))),
       throat(required(chamber.getReaction(Chamber::THROAT))),
       throatDerivatives(required(chamber.getDerivatives(Chamber::THROAT))),
-      S(end.getS() * end.getResultingMixtureQuantaty()),
-      throatFlux(throatDerivatives.getRho() * throatDerivatives.getA())
+      S(end.getS() * end.getResultingMixtureQuantaty()), throatFlux(chamber.getThroatFlux())
 {
     section.core.Betta = chamber.getBetta(0.0);
-    section.core.problem = std::make_unique<Equilibrium>(end);
+    section.core.problem = std::make_unique<Equilibrium>(start());
+    section.core.problem->setPersistent(chamber.isPersistent());
+    section.core.problem->setWarmStart(chamber.isWarmStart());
 }
 
 void NozzleSectionConditions::Solver::solve(double value, CONDITION_TYPE type)
@@ -99,15 +100,16 @@ void NozzleSectionConditions::Solver::solve(double value, CONDITION_TYPE type)
         solveAt(limitedToEnd(injection.getP() / value), 1 / value);
     } else if (type == AREA_RATIO && !supersonic && !isThroat) {
         section.core.Fr = limitedToInlet(value);
-        solveAtGiven(pressureInInlet(section.core.Fr));
+        solveInInlet(section.core.Fr);
     } else if (type == AREA_RATIO && supersonic && (tabulated = tabulatedInExit(value))) {
         section.core.Fr = value;
         solveAtGiven(*tabulated);
+        improve(value);
     } else if (type == AREA_RATIO && isThroat) {
         section.core.Fr = 1.0;
         solveAt(throat.getP(), 1 / value);
     } else {
-        searchAreaRatio(value);
+        findAreaRatio(value);
     }
     storePerformance();
     if (supersonic) tabulateExit();
@@ -127,6 +129,18 @@ double NozzleSectionConditions::Solver::limitedToInlet(double Fr) const
         throw thermo::Exception(noSection);
     }
     return Fcr;
+}
+
+/// The table has straight lines between its points: a persistent chamber takes it for a guess.
+void NozzleSectionConditions::Solver::solveInInlet(double Fr)
+{
+    try {
+        solveAtGiven(pressureInInlet(Fr));
+        improve(Fr);
+    } catch (const math::interpolation::Exception&) {
+        if (!chamber.isPersistent()) throw;
+        bracketAreaRatio(Fr);
+    }
 }
 
 double NozzleSectionConditions::Solver::pressureInInlet(double Fr)
@@ -187,7 +201,6 @@ void NozzleSectionConditions::Solver::solveAt(double p, double guessedRatio)
 void NozzleSectionConditions::Solver::searchAreaRatio(double Fr)
 {
     constexpr int lastPass = 149;
-    section.core.Fr = Fr;
     double T = guess(Fr);
     Tolerance tolerance;
     PressureStep step;
@@ -207,8 +220,6 @@ void NozzleSectionConditions::Solver::searchAreaRatio(double Fr)
             throw thermo::Exception(noSection);
         }
     }
-    if (calculateTransport)
-        section.core.derivatives->calculateTransportProperties(0.0, /*reacting=*/true);
 }
 
 /// Pressure and temperature of a perfect gas at the area ratio; those of the chamber end, where the
@@ -239,7 +250,7 @@ void NozzleSectionConditions::Solver::expand(double T, bool transport)
     Stream& core = section.core;
     core.derivatives.reset();
     core.problem->setPS(section.p, S);
-    core.problem->setT(startTemperature(T));
+    if (!chamber.isWarmStart()) core.problem->setT(startTemperature(T));
     core.derivatives.reset(Combustor::solveReaction(
         core.problem.get(), injection.getRelativeTolerance(), expectCondensed, transport));
     core.W = std::sqrt(2 * (injection.getHspec() - core.problem->getHspec()));

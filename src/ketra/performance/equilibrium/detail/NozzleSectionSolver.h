@@ -1,7 +1,9 @@
 #pragma once
 
+#include <ketra/performance/detail/BracketedRoot.h>
 #include <ketra/performance/equilibrium/NozzleSectionConditions.h>
 
+#include <exception>
 #include <optional>
 
 namespace performance::equilibrium {
@@ -28,8 +30,22 @@ public:
     bool isSupersonic() const { return supersonic; }
 
 private:
+    /// Two pressures between which the area ratio lies: the logarithms of pressure and of the area
+    /// ratio over the one sought.
+    struct Bracket {
+        performance::detail::BracketedRoot::Point throatSide, farSide;
+    };
+
+    /// The last state in front of a section that has not been found.
+    struct Coldest {
+        double T = 0.0; // K
+        double Fr = 0.0;
+        bool isAtEndOfData = false;
+    };
+
     // What a section is given by.
     double limitedToInlet(double Fr) const;
+    void solveInInlet(double Fr);
     double pressureInInlet(double Fr);
     std::optional<double> tabulatedInExit(double Fr);
     double limitedToEnd(double p) const;
@@ -37,11 +53,24 @@ private:
     // Expansion.
     void solveAt(double p, double guessedRatio);
     void solveAtGiven(double p);
+    void findAreaRatio(double Fr);
     void searchAreaRatio(double Fr);
     double guess(double Fr);
     double limitedToThroat(double p) const;
     void expand(double T, bool transport);
     double areaRatio() const;
+
+    // The searches of a chamber with warm starts, and of a persistent one.
+    const reaction::Equilibrium& start() const;
+    void improve(double Fr);
+    bool stepToAreaRatio(double Fr);
+    void bracketAreaRatio(double Fr);
+    Bracket bracketBehind(double Fr);
+    [[noreturn]] void failBehind(double Fr, std::exception_ptr failure) const;
+    bool isAtEndOfData() const;
+    void keepJump(const performance::detail::BracketedRoot& root, double Fr);
+    double excessAt(double lnP, double Fr);
+    double areaSlope() const;
 
     void storePerformance();
     void tabulateExit();
@@ -59,6 +88,7 @@ private:
     const reaction::Derivatives& throatDerivatives;
     const double S;          // entropy of the products, J/K per mole of reactants
     const double throatFlux; // kg/(m^2 s)
+    Coldest coldest;
 };
 
 } // namespace performance::equilibrium

@@ -1,6 +1,7 @@
 #include <ketra/performance/frozen/detail/StreamSolver.h>
 
 #include <ketra/gasdynamics/gasdynamics.h>
+#include <ketra/performance/detail/BracketedRoot.h>
 #include <ketra/thermo/Constants.h>
 #include <ketra/thermo/Exception.h>
 #include <ketra/util/Log.h>
@@ -10,6 +11,7 @@
 
 using gasdynamics::gf_pi;
 using gasdynamics::gf_tau;
+using performance::detail::BracketedRoot;
 using reaction::Product;
 using reaction::ReactingMixture;
 using thermo::gasConstant;
@@ -26,8 +28,7 @@ constexpr double referencePressure = 1e5;    // Pa, of the logarithms
 NozzleSectionConditions::StreamSolver::StreamSolver(NozzleSectionConditions& newSection,
                                                     Frozen& newStream, Stream& newFlow,
                                                     const Origin& newOrigin)
-    : section(newSection), stream(newStream), flow(newFlow), origin(newOrigin),
-      throatFlux(origin.throat.getRho() * origin.throat.getA())
+    : section(newSection), stream(newStream), flow(newFlow), origin(newOrigin)
 {
     freeze();
 }
@@ -81,36 +82,90 @@ double NozzleSectionConditions::StreamSolver::sum_nH() const
     double sum = 0.0;
     for (unsigned int j = 0; j < stream.products->size(); ++j) {
         Product* product = stream.products->product(j);
-        sum += product->n() * product->H0_tilde(section.getT(product, stream.T));
+        sum += product->n() * section.heldAt(*product, stream.T).H;
     }
     return sum;
 }
 
-void NozzleSectionConditions::StreamSolver::searchAreaRatio(double Fr)
+void NozzleSectionConditions::StreamSolver::findAreaRatio(double Fr, bool persistent)
+{
+    try {
+        if (stepToAreaRatio(Fr)) return;
+    } catch (const std::exception&) {
+        if (!persistent) throw;
+    }
+    if (persistent) {
+        bracketAreaRatio(Fr);
+        return;
+    }
+    util::Log::errorf("THERMO",
+                      "Could not solve frozen equilibrium for nozzle section: maximum number of "
+                      "iterations is exceeded.%s",
+                      util::eol);
+    throw thermo::Exception(noFrozenSection);
+}
+
+bool NozzleSectionConditions::StreamSolver::stepToAreaRatio(double Fr)
 {
     constexpr double tolerance = 0.0005; // of the area ratio, relative
     constexpr double close = 0.01;       // within which the step is linear in the ratio
-    constexpr int lastPass = 99;
+    constexpr int passes = 100;
 
     const double k = origin.throat.getK();
     const double lambda = gasdynamics::lambda_q(1 / Fr, k, true);
     section.p = origin.end.getP() * gf_pi(lambda, k);
     stream.T = std::max(floorT, origin.end.getT() * gf_tau(lambda, k));
-    for (int pass = 0;; ++pass) {
+    for (int pass = 0; pass < passes; ++pass) {
         expand(stream.T);
         accelerate(sum_nH());
         const double ratio = areaRatio() / Fr;
         const double error = std::abs(Fr - areaRatio()) / Fr;
-        if (error < tolerance) break;
+        if (error < tolerance) return true;
         section.p *= error < close ? ratio : ratio * ratio;
-        if (pass == lastPass) {
-            util::Log::errorf("THERMO",
-                              "Could not solve frozen equilibrium for nozzle section: maximum "
-                              "number of iterations is exceeded.%s",
-                              util::eol);
-            throw thermo::Exception(noFrozenSection);
-        }
     }
+    return false;
+}
+
+/// The area ratio rises as the pressure falls from that of the freezing section.
+void NozzleSectionConditions::StreamSolver::bracketAreaRatio(double Fr)
+{
+    constexpr double tolerance = 1e-6;
+    constexpr double narrowest = 1e-10;
+    constexpr double step = 0.5; // of ln p
+    constexpr int steps = 100;
+
+    util::Log::infof("THERMO",
+                     "Frozen nozzle section %.3f: the search has not come to the area ratio. "
+                     "Searching between two pressures.%s",
+                     Fr, util::eol);
+    const auto excess = [&](double lnP) { return excessAt(lnP, Fr); };
+    stream.T = origin.freezing.getT();
+    BracketedRoot::Point near{std::log(origin.freezing.getP()), 0.0};
+    near.value = excess(near.x);
+    BracketedRoot::Point far = near;
+    for (int i = 0; i < steps && near.value < 0.0 && far.value < 0.0; ++i) {
+        near = far;
+        far.x -= step;
+        far.value = excess(far.x);
+    }
+    if (!(near.value < 0.0 && far.value >= 0.0)) {
+        util::Log::errorf("THERMO",
+                          "Could not solve frozen equilibrium for nozzle section: no pressure "
+                          "behind the freezing section belongs to area ratio %.3f.%s",
+                          Fr, util::eol);
+        throw thermo::Exception(noFrozenSection);
+    }
+    BracketedRoot root(excess, near, far);
+    if (!root.close(tolerance, narrowest)) excess(root.best().x);
+}
+
+/// Expands to the pressure. \returns the logarithm of the area ratio over the one sought
+double NozzleSectionConditions::StreamSolver::excessAt(double lnP, double Fr)
+{
+    section.p = std::exp(lnP);
+    expand(stream.T);
+    accelerate(sum_nH());
+    return std::log(areaRatio() / Fr);
 }
 
 /// Sums of the composition over R T, or over R, with the potential of a gas raised by its
@@ -123,13 +178,15 @@ void NozzleSectionConditions::StreamSolver::storeState()
         Product& product = *stream.products->product(j);
         const double n = product.n();
         const double T = section.getT(&product, stream.T);
-        sumH += n * product.H0_tilde(T);
-        sumU += n * product.U0_tilde(T);
-        sumCp += n * product.Cp0_tilde(T);
+        const Held held = section.heldAt(product, stream.T);
+        sumH += n * held.H;
+        sumU += n * (product.U0_tilde(T) + (held.H - product.H0_tilde(T)));
+        sumCp += n * held.Cp;
         // n ln n vanishes with n; its logarithm alone does not
         const double x = n / Ngas;
         const bool isPure = product.isCondensed() || x == 0.0;
-        sumG += n * (product.G0_tilde(T) + (isPure ? 0.0 : std::log(x) + lnp));
+        const double G = section.persistent ? held.H - held.S : product.G0_tilde(T);
+        sumG += n * (G + (isPure ? 0.0 : std::log(x) + lnp));
     }
     accelerate(sumH);
     stream.H = stream.H_spec * stream.Mm;
@@ -153,10 +210,29 @@ void NozzleSectionConditions::StreamSolver::storePerformance(double Betta)
     flow.Kp = flow.W / Betta;
 }
 
+/// Beyond the data of a gas, such as the electron's below 298.15 K, a persistent section takes the
+/// properties at the nearest temperature that all gases have.
+void NozzleSectionConditions::StreamSolver::calculateTransport(reaction::Derivatives& freezing)
+{
+    try {
+        freezing.calculateTransportProperties(stream.T, /*reacting=*/false);
+    } catch (const thermo::Exception&) {
+        if (!section.persistent) throw;
+        const GasRange data = dataOf(*stream.products);
+        if (!(data.low < data.high)) throw;
+        const double T = std::clamp(stream.T, data.low, data.high);
+        util::Log::infof("THERMO",
+                         "Frozen nozzle section: no transport data of some species at %.2f K. "
+                         "Taking those at %.2f K.%s",
+                         stream.T, T, util::eol);
+        freezing.calculateTransportProperties(T, /*reacting=*/false);
+    }
+}
+
 void NozzleSectionConditions::StreamSolver::storeTransport(reaction::Derivatives& freezing,
                                                            bool calculate)
 {
-    if (calculate) freezing.calculateTransportProperties(stream.T, /*reacting=*/false);
+    if (calculate) calculateTransport(freezing);
     stream.V = freezing.getV();
     stream.Cfr = freezing.getCfr();
     stream.Cpfr = freezing.getCpfr();

@@ -14,6 +14,7 @@ public:
         const reaction::Equilibrium& injection;
         const reaction::Equilibrium& end; // of the chamber
         const reaction::Derivatives& throat;
+        double throatFlux; // kg/(m^2 s)
         const reaction::Equilibrium& freezing;
     };
 
@@ -31,7 +32,8 @@ public:
     /// Expands the stream to the pressure of the section, from the temperature \p T0, K.
     void expand(double T0);
     /// Finds the pressure of the section at which the area ratio of the core is \p Fr.
-    void searchAreaRatio(double Fr);
+    /// \param persistent  between two pressures if the method does not come to it
+    void findAreaRatio(double Fr, bool persistent);
 
     /// The values that follow from the temperature, and the velocity.
     void storeState();
@@ -42,20 +44,23 @@ public:
     void storeTransport(reaction::Derivatives& freezing, bool calculate);
 
     /// Area over throat area of the expanded stream.
-    double areaRatio() const { return throatFlux / (stream.rho * flow.W); }
+    double areaRatio() const { return origin.throatFlux / (stream.rho * flow.W); }
 
 private:
     void freeze();
+    bool stepToAreaRatio(double Fr);
+    void bracketAreaRatio(double Fr);
+    double excessAt(double lnP, double Fr);
     void accelerate(double sumH);
     double sum_nH() const;
+    void calculateTransport(reaction::Derivatives& freezing);
 
     NozzleSectionConditions& section;
     Frozen& stream;
     Stream& flow;
     const Origin origin;
-    const double throatFlux; // kg/(m^2 s)
-    double mass = 0.0;       // kg per mole of reactants
-    double Ngas = 0.0;       // mol per mole of reactants
+    double mass = 0.0; // kg per mole of reactants
+    double Ngas = 0.0; // mol per mole of reactants
 };
 
 } // namespace performance::frozen
