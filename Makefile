@@ -1,7 +1,7 @@
 # The short commands. Each installs the packages it lacks and calls the CMake presets; nothing else happens here.
 PREFIX ?= /usr/local
 
-.PHONY: all run test bench docs install clean configure
+.PHONY: all run test verify bench docs install clean configure
 
 all: configure
 	cmake --build --preset release
@@ -16,6 +16,11 @@ run: configure
 
 test: all
 	ctest --preset release
+
+# Every random case, grid and comparison of docs/verification.md.
+verify: all
+	build/release/tools/convergence
+	/usr/bin/python3 -B tests/second/compare.py build/release/tests/second/second_cases --all --jobs 2
 
 bench: configure
 	cmake --build --preset release --target ketra_benchmarks

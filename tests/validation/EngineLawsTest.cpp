@@ -67,6 +67,10 @@ void expectLaws(const Outcome& outcome)
         if (violation.where.find("misplaced") == std::string::npos)
             ADD_FAILURE() << violation.text();
     EXPECT_LE(outcome.throat, 1e-5);
+    if (!outcome.solved || outcome.misplaced > 0) return;
+    const auto best =
+        hasBlend(outcome.certificate) ? verification::Grade::B : verification::Grade::A;
+    EXPECT_EQ(outcome.certificate.grade, best) << gradeOf(outcome.certificate);
 }
 
 TEST_P(EngineLaws, HoldFromChamberToExit)
@@ -145,6 +149,10 @@ TEST_P(EngineLaws, HoldInAChamberOfFiniteArea)
         const StationLaws exit = lawsOf(chamber, *engine->getExitSection());
         EXPECT_LE(exit.entropy, 1e-5);
         EXPECT_LE(exit.flux, 5e-4);
+
+        const auto certificate = certificateOf(chamber, *engine->getExitSection());
+        EXPECT_NE(certificate.grade, verification::Grade::F) << gradeOf(certificate);
+        EXPECT_LE(certificate.chamberFlux, endFlux / (contraction * contraction));
     }
     EXPECT_GE(solved, 3); // of hydrazine, whose colder exits fail; 5 and more of all others
 }
@@ -176,6 +184,8 @@ TEST_P(EngineLaws, GiveAThrottledEngineItsMassFlux)
             EXPECT_NEAR(throttled->getExitSection()->getFr(), drawn.areaRatio,
                         1e-9 + 5e-4 * drawn.areaRatio);
             EXPECT_LE(throatMiss(chamber), 1e-5);
+            const auto certificate = certificateOf(chamber, *throttled->getExitSection());
+            EXPECT_NE(certificate.grade, verification::Grade::F) << gradeOf(certificate);
         }
     }
     // An exit that is colder than the design's may have no solution.

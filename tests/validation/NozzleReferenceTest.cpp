@@ -76,8 +76,9 @@ protected:
         SCOPED_TRACE("station " + std::to_string(station.number) + " from its " +
                      (byPressure ? "pressure" : "area ratio"));
         std::vector<Deviation> all;
+        verification::EngineCertificate certificate;
         try {
-            all = deviationsOf(chamber, engine(), station, byPressure);
+            all = deviationsOf(chamber, engine(), station, byPressure, &certificate);
         } catch (const runtime::Exception& e) {
             EXPECT_TRUE(
                 knownOf(engine(), station, byPressure, "code " + std::to_string(e.getType())))
@@ -87,6 +88,17 @@ protected:
         for (const char* code : {"code 8", "code 11"})
             EXPECT_FALSE(knownOf(engine(), station, byPressure, code)) << "is found now";
         EXPECT_FALSE(all.empty());
+        // What is known to end elsewhere is no equilibrium, and BeO melts in the throat of ex13
+        // already, where no speed of sound fits. A blend is B, and so is a chamber whose
+        // end misses the mass flow of the throat by its method.
+        using verification::Grade;
+        const bool wrong =
+            engine().id() == "ex13" || knownOf(engine(), station, byPressure, "T") != nullptr;
+        const bool rough = hasBlend(certificate) || certificate.chamberFlux > 1e-3;
+        EXPECT_EQ(certificate.grade, wrong   ? Grade::F
+                                     : rough ? Grade::B
+                                             : Grade::A)
+            << gradeOf(certificate);
         for (const Deviation& d : all) {
             const Known* exception = knownOf(engine(), station, byPressure, d.quantity);
             if (!exception) {

