@@ -1,8 +1,10 @@
 #include "Case.h"
+#include "Certificate.h"
 #include "CheckCommand.h"
 #include "Failure.h"
 #include "Progress.h"
 #include "PropellantCheck.h"
+#include "SolvingFailure.h"
 
 #include <ketra/performance/TheoreticalPerformance.h>
 #include <ketra/thermo/input/CombustionChamberConditions.h>
@@ -59,7 +61,7 @@ try {
 }
 
 Case::Case(const std::string& path, const ReadingOptions& options)
-    : strict(options.strict),
+    : strict(options.strict), literal(options.literal),
       document(std::make_unique<Document>(path, options.allowInclude, findings))
 {
     checkWithoutSpecies(*document, findings);
@@ -86,6 +88,8 @@ void Case::build()
     requireGood();
     config = loadDocument(getPath());
     performance = host::build(getPath(), *config);
+    performance->setPersistent(!literal);
+    performance->setWarmStart(!literal);
 }
 
 void Case::solve(bool transport, HeldMessages& messages)
@@ -94,7 +98,14 @@ try {
     if (performance->isInvalid())
         throw Failure(NOT_CONVERGED, getPath() + ": the calculation found no solution");
 } catch (...) {
-    throw describeException(Stage::SOLVING, getPath());
+    throw describeSolving(getPath(), messages);
+}
+
+Certificate Case::certify() const
+try {
+    return certificateOf(*performance);
+} catch (...) {
+    throw describeException(Stage::WRITING, getPath());
 }
 
 void Case::solveNow(bool transport, HeldMessages& messages)

@@ -16,10 +16,13 @@ class ConfigFile;
 
 namespace host {
 
+struct Certificate;
+
 /// How a document is taken.
 struct ReadingOptions {
-    bool strict = false; ///< warnings count as errors
+    bool strict = false; ///< warnings count as errors, and results of grade B as none
     bool allowInclude = false;
+    bool literal = false; ///< solved by the default method alone
 };
 
 /// Reads a document with the library and has it validated. \throws Failure
@@ -40,6 +43,9 @@ public:
     /// \throws Failure
     void solve(bool transport, HeldMessages& messages);
 
+    /// Whether what was solved is a solution. \throws Failure if that cannot be told
+    Certificate certify() const;
+
     const std::string& getPath() const { return document->getPath(); }
     /// Of a case that is built; its results once it is solved.
     performance::TheoreticalPerformance& getPerformance() const { return *performance; }
@@ -50,6 +56,7 @@ private:
     void searchMixtureRatio(HeldMessages& messages);
 
     bool strict;
+    bool literal;
     Findings findings;
     std::unique_ptr<Document> document;
     std::unique_ptr<thermo::input::ConfigFile> config;

@@ -1,5 +1,7 @@
 #include "CommandLine.h"
+#include "BombCommandLine.h"
 #include "CheckCommand.h"
+#include "CommonOptions.h"
 #include "CompareCommand.h"
 #include "DbCommandLine.h"
 #include "ExplosiveCommandLine.h"
@@ -37,6 +39,7 @@ constexpr const char* generalFooter =
     "  ketra throttle engine.cfg --ratio 1,0.5,0.1           at a part of its flow\n"
     "  ketra nozzle engine.cfg --stations 50 --csv           the states along the nozzle\n"
     "  ketra explosive --mixture 'RDX(cr)' --density 100     the heat of an explosion\n"
+    "  ketra bomb powder.cfg --density 100                   pressure in a closed vessel\n"
     "  ketra check engine.cfg                                what is wrong with a document\n"
     "  ketra new engine.cfg                                  a document to start from\n"
     "  ketra species 'N2H4*'                                 what the species file holds\n"
@@ -70,7 +73,9 @@ constexpr const char* runFooter =
     "For the best mixture ratio write ratio: { unit = \"optimal\"; };\n"
     "Real numbers need a point: 7.0 and not 7. Lines that begin with # or // are comments.\n\n"
     "Behind the report stands what the nozzle delivers at the ambient pressures of the\n"
-    "document, and, if it has efficiencies, what the losses of a real engine leave of that.\n\n"
+    "document, and, if it has efficiencies, what the losses of a real engine leave of that.\n"
+    "The last line is the certificate of the result: A for a solution to the tolerance of the\n"
+    "solver, B for one within the limits of use. What is no solution is not shown.\n\n"
     "Examples:\n"
     "  ketra run engine.cfg\n"
     "  ketra run engine.cfg --transport --corrections\n"
@@ -95,7 +100,7 @@ constexpr const char* throttleFooter =
     "0.000001 to 2. The table shows for each of them the chamber pressure, the mass flux in\n"
     "the throat, c*, the specific impulse in vacuum and at the ambient pressure of the\n"
     "document, the exit pressure, the ambient pressure above which the flow separates from\n"
-    "the wall, and whether it does.\n\n"
+    "the wall, whether it does, and the grade of the certificate.\n\n"
     "Examples:\n"
     "  ketra throttle engine.cfg --ratio 0.5\n"
     "  ketra throttle engine.cfg --ratio 1,0.8,0.6,0.4,0.2 --json throttled.json";
@@ -105,9 +110,9 @@ constexpr const char* nozzleHelp =
 
 constexpr const char* nozzleFooter =
     "\nFrom the chamber end through the throat to the exit: area ratio, pressure, temperature,\n"
-    "Mach number, velocity, density, molar mass of the gas, ratio of the heat capacities and\n"
-    "isentropic exponent. Where the chamber is not stated as one of finite area, the gas rests\n"
-    "in it, and the first area ratio is left open.\n\n"
+    "Mach number, velocity, density, molar mass of the gas, ratio of the heat capacities,\n"
+    "isentropic exponent and the grade of the certificate. Where the chamber is not stated as\n"
+    "one of finite area, the gas rests in it, and the first area ratio is left open.\n\n"
     "Examples:\n"
     "  ketra nozzle engine.cfg --stations 50\n"
     "  ketra nozzle engine.cfg --stations 200 --csv --composition > nozzle.csv";
@@ -167,6 +172,7 @@ public:
         addNew();
         addSpecies();
         explosive = std::make_unique<ExplosiveCommandLine>(app);
+        bomb = std::make_unique<BombCommandLine>(app);
         db = std::make_unique<DbCommandLine>(app);
     }
 
@@ -185,6 +191,7 @@ public:
         if (newDocument->parsed()) return writeNewDocument(newOptions);
         if (species->parsed()) return listSpecies(speciesOptions);
         if (explosive->isCalled()) return explosive->execute();
+        if (bomb->isCalled()) return bomb->execute();
         if (db->isCalled()) return db->execute();
         writeToStandardError(app.help());
         return USAGE;
@@ -212,8 +219,8 @@ private:
         run->add_option("DOCUMENT", runOptions.document, "The document to run")->required();
         addReportFlags(*run, runOptions);
         addJson(*run, runOptions.json, "the report");
-        addReading(*run, runOptions.reading);
-        addSession(*run, runOptions.session);
+        addSolving(*run, runOptions.reading);
+        addSession(*run, runOptions.session, "report and table");
     }
 
     void addCompare()
@@ -226,8 +233,8 @@ private:
             ->option_text("TEXT TEXT... REQUIRED");
         addReportFlags(*compare, compareOptions.run);
         addJson(*compare, compareOptions.run.json, "report and table");
-        addReading(*compare, compareOptions.run.reading);
-        addSession(*compare, compareOptions.run.session);
+        addSolving(*compare, compareOptions.run.reading);
+        addSession(*compare, compareOptions.run.session, "report and table");
     }
 
     void addThrottle()
@@ -243,8 +250,8 @@ private:
             ->type_name("R[,R...]");
         addTableFlags(*throttle, throttleOptions.english, throttleOptions.allowFailures);
         addJson(*throttle, throttleOptions.json, "the table");
-        addReading(*throttle, throttleOptions.reading);
-        addSession(*throttle, throttleOptions.session);
+        addSolving(*throttle, throttleOptions.reading);
+        addSession(*throttle, throttleOptions.session, "report and table");
     }
 
     void addNozzle()
@@ -262,8 +269,8 @@ private:
                          "With the mole fractions of what reaches 0.0001 anywhere");
         addTableFlags(*nozzle, nozzleOptions.english, nozzleOptions.allowFailures);
         addJson(*nozzle, nozzleOptions.json, "the table");
-        addReading(*nozzle, nozzleOptions.reading);
-        addSession(*nozzle, nozzleOptions.session);
+        addSolving(*nozzle, nozzleOptions.reading);
+        addSession(*nozzle, nozzleOptions.session, "report and table");
     }
 
     void addCheck()
@@ -295,40 +302,6 @@ private:
         addCommon(*species, speciesOptions.resources, speciesOptions.verbose);
     }
 
-    static void addCommon(CLI::App& command, std::string& resources, bool& verbose)
-    {
-        command.add_option("--resources", resources, "Folder of the species files")
-            ->type_name("DIR");
-        command.add_flag("--verbose", verbose, "With the library's remarks on its progress");
-    }
-
-    static void addReading(CLI::App& command, ReadingOptions& options)
-    {
-        command.add_flag("--allow-include", options.allowInclude,
-                         "Let the document read other files with @include");
-        command.add_flag("--strict", options.strict, "Refuse a document with warnings, too");
-    }
-
-    static void addSession(CLI::App& command, SessionOptions& options)
-    {
-        command
-            .add_option("--log", options.log,
-                        "Write the library's report and all messages to FILE, too")
-            ->type_name("FILE");
-        command.add_flag("--crlf", options.crlf, "End the lines of report and table in CR LF");
-        addCommon(command, options.resources, options.verbose);
-    }
-
-    static void addJson(CLI::App& command, std::string& json, const std::string& otherwise)
-    {
-        command
-            .add_option("--json", json,
-                        "Write the results to FILE in SI units, as JSON; \"-\" is standard "
-                        "output, in place of " +
-                            otherwise)
-            ->type_name("FILE");
-    }
-
     static void addReportFlags(CLI::App& command, RunOptions& options)
     {
         command.add_flag("--english", options.english, "Report in US customary units");
@@ -355,6 +328,7 @@ private:
     CLI::App* newDocument = nullptr;
     CLI::App* species = nullptr;
     std::unique_ptr<ExplosiveCommandLine> explosive;
+    std::unique_ptr<BombCommandLine> bomb;
     std::unique_ptr<DbCommandLine> db;
     RunOptions runOptions;
     CompareOptions compareOptions;

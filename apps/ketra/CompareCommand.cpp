@@ -121,7 +121,8 @@ std::string difference(const Value& first, const Value& second)
     return text;
 }
 
-std::string tableOf(const std::vector<Case>& cases, bool english)
+std::string tableOf(const std::vector<Case>& cases, const std::vector<Certificate>& certificates,
+                    bool english)
 {
     std::vector<Column> columns = {plainColumn("", 0), plainColumn("", 0)};
     for (const Case& engine : cases)
@@ -138,14 +139,21 @@ std::string tableOf(const std::vector<Case>& cases, bool english)
         if (values.size() == 2) row.emplace_back(difference(values[0], values[1]));
         table.add(std::move(row));
     }
+    std::vector<Cell> grades = {"certificate", ""};
+    for (const Certificate& certificate : certificates)
+        grades.emplace_back(std::string(1, verification::letter(certificate.grade)));
+    if (cases.size() == 2) grades.emplace_back("-");
+    table.add(std::move(grades));
     return table.text();
 }
 
-std::string jsonOf(const std::vector<Case>& cases, bool transport)
+std::string jsonOf(const std::vector<Case>& cases, const std::vector<Certificate>& certificates,
+                   bool transport)
 {
     Json results = {{"program", "ketra"}, {"version", KETRA_VERSION}, {"cases", Json::array()}};
-    for (const Case& engine : cases)
-        results["cases"].push_back(resultsOf(engine.getPerformance(), engine.getPath(), transport));
+    for (std::size_t i = 0; i < cases.size(); ++i)
+        results["cases"].push_back(
+            resultsOf(cases[i].getPerformance(), cases[i].getPath(), certificates[i], transport));
     return textOf(results);
 }
 
@@ -159,19 +167,19 @@ ExitCode compareDocuments(const CompareOptions& options)
     Session session(options.run.session);
     if (options.run.transport) session.expectTransport();
     for (Case& engine : cases) engine.build();
+    std::vector<Certificate> certificates;
     for (Case& engine : cases) {
         HeldMessages messages(session.reports());
-        if (&engine == &cases.front())
-            solveAndReport(engine, options.run, messages);
-        else
-            engine.solve(options.run.transport, messages);
+        certificates.push_back(solveAndCertify(engine, options.run, messages));
+        if (&engine == &cases.front()) report(engine, certificates.back(), options.run);
         messages.recovered();
     }
     if (options.run.json != "-")
-        writeToStandardOutput(session.report() +
-                              session.withLineEnds("\n" + tableOf(cases, options.run.english)));
+        writeToStandardOutput(
+            session.report() +
+            session.withLineEnds("\n" + tableOf(cases, certificates, options.run.english)));
     if (!options.run.json.empty())
-        writeToFile(options.run.json, jsonOf(cases, options.run.transport));
+        writeToFile(options.run.json, jsonOf(cases, certificates, options.run.transport));
     session.finish();
     return GOOD;
 }

@@ -1,4 +1,5 @@
 #include "EnginePerformance.h"
+#include "Certificate.h"
 
 #include <ketra/performance/TheoreticalPerformance.h>
 #include <ketra/performance/efficiency/CorrectionFactors.h>
@@ -40,14 +41,18 @@ bool separatesAt(TheoreticalPerformance& performance, double ambientPressure)
 }
 
 /// The section at which the flow separates at an end of a range of ambient pressures; null if there
-/// is none. At a fixed pressure the library has solved it.
+/// is none, or if its certificate shows that it is no solution. At a fixed pressure the library has
+/// solved it.
 std::unique_ptr<NozzleSectionConditions> separationAt(TheoreticalPerformance& performance,
                                                       double ambientPressure)
 try {
-    return std::unique_ptr<NozzleSectionConditions>(performance.solveNozzleSection(
+    std::unique_ptr<NozzleSectionConditions> section(performance.solveNozzleSection(
         performance.getExitSection()->getP(), NozzleSectionConditions::PRESSURE,
         isFrozen(performance), /*overExpansion=*/true, ambientPressure, /*calculateTransport=*/true,
         /*supersonic=*/true));
+    if (!section) return nullptr;
+    const Certificate certificate = certificatesOf(performance, {section.get()}).sections.front();
+    return certificate.grade == verification::Grade::F ? nullptr : std::move(section);
 } catch (const runtime::Exception&) {
     return nullptr;
 }

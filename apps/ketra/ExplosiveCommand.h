@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Case.h"
 #include "ExitCode.h"
+#include "ExplosiveSample.h"
 #include "Session.h"
 
 #include <optional>
@@ -12,16 +12,12 @@ namespace host {
 
 /// What the user asks of `ketra explosive`.
 struct ExplosiveOptions {
-    std::string document; ///< the sample is its propellant; empty: stated as a recipe
-    std::string mixture;  ///< "NAME=FRACTION,..."; empty: stated by a document
-    ReadingOptions reading;
+    SampleOptions sample;
     SessionOptions session;
     double density = 0.0;                  ///< loading density, kg/m^3
     std::optional<double> temperature;     ///< K; of the products, or of the argon
     std::string method = "exact";          ///< or "inert-diluent"
     std::vector<std::string> replacements; ///< "A=B": B stands for the product A
-    std::vector<std::string> included;     ///< the only products to consider; empty: all
-    std::vector<std::string> omitted;
     std::string json; ///< file for the results, "-" for standard output; empty: none
 };
 

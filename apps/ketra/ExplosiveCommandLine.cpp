@@ -1,4 +1,5 @@
 #include "ExplosiveCommandLine.h"
+#include "CommonOptions.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -23,42 +24,24 @@ constexpr const char* footer =
     "  ketra explosive --mixture 'NG(L)' --density 1 --method inert-diluent \\\n"
     "      --include Ar CO2 CO H2O N2 O2 NO OH";
 
-constexpr int mostNames = 1000;
-
 } // namespace
 
 ExplosiveCommandLine::ExplosiveCommandLine(CLI::App& parent)
     : command(parent.add_subcommand("explosive", help))
 {
     command->footer(footer);
-    addSample();
+    addSample(*command, options.sample);
     addVessel();
     addProducts();
-    command
-        ->add_option("--json", options.json,
-                     "Write the results to FILE in SI units, as JSON; \"-\" is standard output, in "
-                     "place of the table")
-        ->type_name("FILE");
-    addSession();
+    addJson(*command, options.json, "the table");
+    addSession(*command, options.session, "the table");
 }
 
 bool ExplosiveCommandLine::isCalled() const { return command->parsed(); }
 
-void ExplosiveCommandLine::addSample()
-{
-    command->add_option("DOCUMENT", options.document, "The document whose propellant it is");
-    command->add_option("--mixture", options.mixture, "The sample by mass")
-        ->type_name("NAME=FRACTION,...");
-    command->add_flag("--allow-include", options.reading.allowInclude,
-                      "Let the document read other files with @include");
-    command->add_flag("--strict", options.reading.strict, "Refuse a document with warnings, too");
-}
-
 void ExplosiveCommandLine::addVessel()
 {
-    command->add_option("--density", options.density, "The loading density, kg/m^3")
-        ->required()
-        ->type_name("RHO");
+    addDensity(*command, options.density);
     command
         ->add_option("--temperature", options.temperature,
                      "Temperature of the products, or of the argon, K")
@@ -76,23 +59,7 @@ void ExplosiveCommandLine::addProducts()
                      "water gaseous")
         ->allow_extra_args(false)
         ->type_name("A=B");
-    command->add_option("--include", options.included, "The only products to consider")
-        ->expected(1, mostNames)
-        ->option_text("NAME...");
-    command->add_option("--omit", options.omitted, "Products to leave out")
-        ->expected(1, mostNames)
-        ->option_text("NAME...");
-}
-
-void ExplosiveCommandLine::addSession()
-{
-    SessionOptions& session = options.session;
-    command->add_option("--log", session.log, "Write the library's messages to FILE, too")
-        ->type_name("FILE");
-    command->add_flag("--crlf", session.crlf, "End the lines of the table in CR LF");
-    command->add_option("--resources", session.resources, "Folder of the species files")
-        ->type_name("DIR");
-    command->add_flag("--verbose", session.verbose, "With the library's remarks on its progress");
+    addProductChoice(*command, options.sample);
 }
 
 } // namespace host

@@ -20,10 +20,8 @@ public:
     ExitCode execute() const { return explode(options); }
 
 private:
-    void addSample();
     void addVessel();
     void addProducts();
-    void addSession();
 
     CLI::App* command; // belongs to the parent
     ExplosiveOptions options;

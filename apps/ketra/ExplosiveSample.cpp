@@ -5,6 +5,7 @@
 
 #include <ketra/performance/TheoreticalPerformance.h>
 #include <ketra/thermo/Constants.h>
+#include <ketra/thermo/Database.h>
 #include <ketra/thermo/Mixture.h>
 #include <ketra/thermo/Propellant.h>
 #include <ketra/thermo/Species.h>
@@ -79,8 +80,7 @@ try {
     throw describeException(Stage::READING, share.name);
 }
 
-} // namespace
-
+/// The propellant of a document that is built.
 ExplosiveSample sampleOf(const Case& engine)
 try {
     performance::TheoreticalPerformance& performance = engine.getPerformance();
@@ -110,6 +110,42 @@ ExplosiveSample sampleOf(const std::string& recipe)
     sample.mixture = std::make_unique<thermo::Mixture>(thermo::_Species::MASS_FRACTION);
     for (const Share& share : sharesOf(recipe)) add(*sample.mixture, share);
     return sample;
+}
+
+} // namespace
+
+SampleSource::SampleSource(const char* command, const SampleOptions& sampleOptions)
+    : options(sampleOptions)
+{
+    if (options.document.empty() == options.mixture.empty())
+        throw Failure(USAGE, std::string(command) +
+                                 (options.document.empty()
+                                      ? ": which one? Name a document, or state --mixture"
+                                      : ": a document and --mixture are one sample too many"));
+    if (!options.document.empty())
+        engine = std::make_unique<Case>(options.document, options.reading);
+}
+
+SampleSource::~SampleSource() = default;
+
+ExplosiveSample SampleSource::take()
+{
+    for (const std::string& name : options.included) requireKnown(name);
+    for (const std::string& name : options.omitted) requireKnown(name);
+    if (engine) engine->build();
+    return engine ? sampleOf(*engine) : sampleOf(options.mixture);
+}
+
+void requireKnown(const std::string& name)
+{
+    if (!thermo::Database::getInstance()->find(name)) throw Failure(DATA, unknownSpecies(name));
+}
+
+void requirePositive(const char* option, double value, const char* unit)
+{
+    if (!(value > 0.0 && std::isfinite(value)))
+        throw Failure(USAGE, std::string(option) + " " + plainText(value) + ": a number of " +
+                                 unit + " above 0 is needed");
 }
 
 } // namespace host

@@ -4,12 +4,22 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace thermo {
 class Mixture;
 }
 
 namespace host {
+
+/// What the user states of a sample.
+struct SampleOptions {
+    std::string document; ///< it is its propellant; empty: stated as a recipe
+    std::string mixture;  ///< "NAME=FRACTION,..."; empty: stated by a document
+    ReadingOptions reading;
+    std::vector<std::string> included; ///< the only products to consider; empty: all
+    std::vector<std::string> omitted;
+};
 
 /// An energetic material, and what may become of it.
 struct ExplosiveSample {
@@ -21,11 +31,31 @@ struct ExplosiveSample {
     std::string info;
 };
 
-/// The propellant of a document that is built. \throws Failure
-ExplosiveSample sampleOf(const Case& engine);
+/// Where a sample comes from: it is read before the species are loaded, and made afterwards.
+class SampleSource
+{
+public:
+    /// Reads the document, if there is one. \param command  for messages \throws Failure
+    SampleSource(const char* command, const SampleOptions& options);
+    ~SampleSource();
+    /// The sample, with the species loaded. A recipe is taken at 298.15 K; a single name needs no
+    /// fraction. \throws Failure for an unknown product, too
+    ExplosiveSample take();
 
-/// A sample by mass, as "TNT(cr)=0.4,RDX(cr)=0.6", at 298.15 K; the species must be loaded. A
-/// single name needs no fraction. \throws Failure
-ExplosiveSample sampleOf(const std::string& recipe);
+private:
+    const SampleOptions& options;
+    std::unique_ptr<Case> engine; // null for a recipe
+};
+
+/// What messages call it.
+inline const std::string& subjectOf(const SampleOptions& options)
+{
+    return options.document.empty() ? options.mixture : options.document;
+}
+
+/// \throws Failure if the species is not known
+void requireKnown(const std::string& name);
+/// \throws Failure unless the value of the option is a finite number above 0
+void requirePositive(const char* option, double value, const char* unit);
 
 } // namespace host

@@ -18,6 +18,11 @@ public:
     void recovered() { good = true; }
     /// Forgets the messages so far, unless the user asked for all of them.
     void dismiss() { logger.dismiss(); }
+    /// The last of the messages so far that has one of these wordings; empty if there is none.
+    std::string latestWith(const std::vector<std::string>& wordings) const
+    {
+        return logger.latestWith(wordings);
+    }
 
 private:
     ReportLogger& logger;

@@ -1,4 +1,5 @@
 #include "NozzleCommand.h"
+#include "Certificate.h"
 #include "Columns.h"
 #include "EnginePerformance.h"
 #include "Failure.h"
@@ -44,6 +45,12 @@ void requireSupersonicExit(const Case& engine)
                                     "exit pressure");
 }
 
+/// Whatever grade stations have, the engine behind them must be one.
+void requireSolution(const Case& engine)
+{
+    requireGrade(engine.certify(), engine.getPath(), /*strict=*/false);
+}
+
 /// Mole fractions of a station by name.
 std::map<std::string, double> fractionsOf(const Station& station)
 {
@@ -74,10 +81,11 @@ public:
 
     Table table(bool english) const
     {
-        std::vector<Column> columns = {
-            plainColumn("area ratio", 5), pressureColumn("p"),     temperatureColumn("T"),
-            plainColumn("Mach", 5),       velocityColumn("w"),     densityColumn("rho"),
-            molarMassColumn("M"),         plainColumn("gamma", 5), plainColumn("k", 5)};
+        std::vector<Column> columns = {plainColumn("area ratio", 5), pressureColumn("p"),
+                                       temperatureColumn("T"),       plainColumn("Mach", 5),
+                                       velocityColumn("w"),          densityColumn("rho"),
+                                       molarMassColumn("M"),         plainColumn("gamma", 5),
+                                       plainColumn("k", 5),          plainColumn("grade", 0)};
         for (const std::string& name : species) columns.push_back(plainColumn(name, 6));
         Table result(std::move(columns), english);
         for (std::size_t i = 0; i < stations.size(); ++i) result.add(row(i));
@@ -89,13 +97,14 @@ private:
     {
         const std::optional<Station>& s = stations[i].station;
         if (!s) {
-            std::vector<Cell> failed(9 + species.size());
+            std::vector<Cell> failed(10 + species.size());
             failed[1] = stations[i].p;
+            if (!stations[i].grade.empty()) failed[9] = stations[i].grade;
             return failed;
         }
         std::vector<Cell> cells = {
-            cellOf(s->areaRatio), s->p(), s->T(), s->Mach(), s->W, s->rho(), s->M(),
-            s->gamma(),           s->k()};
+            cellOf(s->areaRatio), s->p(), s->T(),           s->Mach(), s->W, s->rho(), s->M(),
+            s->gamma(),           s->k(), stations[i].grade};
         for (const std::string& name : species) {
             const auto x = fractions[i].find(name);
             cells.push_back(x == fractions[i].end() ? 0.0 : x->second);
@@ -113,7 +122,9 @@ try {
     Json results = resultsHead(engine.getPerformance(), engine.getPath());
     results["stations"] = Json::array();
     for (const NozzleStation& s : stations) {
-        Json station = {{"p", s.p}, {"failure", s.station ? Json(nullptr) : Json(s.failure)}};
+        Json station = {{"p", s.p},
+                        {"failure", s.station ? Json(nullptr) : Json(s.failure)},
+                        {"grade", s.grade.empty() ? Json(nullptr) : Json(s.grade)}};
         if (s.station) station.update(stationResults(*s.station, /*transport=*/false));
         results["stations"].push_back(std::move(station));
     }
@@ -130,7 +141,11 @@ ExitCode conclude(const std::vector<NozzleStation>& stations, const NozzleOption
     if (failed == 0) return GOOD;
     writeToStandardError("ketra: error: " + options.document + ": " + std::to_string(failed) +
                          " of " + std::to_string(stations.size()) + " stations have no solution\n");
-    return options.allowFailures ? GOOD : SOME_FAILED;
+    if (options.allowFailures) return GOOD;
+    const bool refused = std::any_of(stations.begin(), stations.end(), [](const NozzleStation& s) {
+        return !s.station && s.grade == "B";
+    });
+    return refused ? NOT_CONVERGED : SOME_FAILED;
 }
 
 } // namespace
@@ -145,8 +160,10 @@ ExitCode followNozzle(const NozzleOptions& options)
     {
         HeldMessages messages(session.reports());
         engine.solve(/*transport=*/false, messages);
+        requireSolution(engine);
         requireSupersonicExit(engine);
-        stations = stationsAlongNozzle(engine.getPerformance(), options.stations);
+        stations = stationsAlongNozzle(engine.getPerformance(), options.stations,
+                                       options.reading.strict, messages);
         messages.recovered();
     }
     if (options.json != "-") {

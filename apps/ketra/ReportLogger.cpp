@@ -59,15 +59,17 @@ void ReportLogger::print(unsigned int channel, const char* text)
 
 void ReportLogger::keep(const std::string& message, bool isError)
 {
+    ++messages;
     const std::string wording = verbose ? message : withoutNumbers(message);
     const auto alike =
         std::find_if(held.begin(), held.end(), [&wording, isError](const Held& other) {
             return other.isError == isError && other.wording == wording;
         });
     if (alike == held.end() || verbose) {
-        held.push_back({wording, message, isError, 1});
+        held.push_back({wording, message, isError, 1, messages});
     } else {
         alike->latest = message;
+        alike->at = messages;
         ++alike->count;
     }
 }
@@ -86,6 +88,19 @@ void ReportLogger::release(bool recovered)
 void ReportLogger::dismiss()
 {
     if (!verbose) held.clear();
+}
+
+std::string ReportLogger::latestWith(const std::vector<std::string>& wordings) const
+{
+    const auto fits = [&wordings](const Held& message) {
+        return std::any_of(wordings.begin(), wordings.end(), [&message](const std::string& words) {
+            return message.latest.find(words) != std::string::npos;
+        });
+    };
+    const Held* found = nullptr;
+    for (const Held& message : held)
+        if (fits(message) && (!found || message.at > found->at)) found = &message;
+    return found ? found->latest : "";
 }
 
 void ReportLogger::say(const char* severity, const std::string& message)

@@ -40,6 +40,8 @@ public:
     void release(bool recovered);
     /// Forgets the messages held back, unless all are to be seen.
     void dismiss();
+    /// The last of the messages held back that has one of these wordings; empty if there is none.
+    std::string latestWith(const std::vector<std::string>& wordings) const;
 
     /// The report, with the library's line ends.
     const std::string& getReport() const { return report; }
@@ -51,6 +53,7 @@ private:
         std::string latest;
         bool isError;
         unsigned count;
+        unsigned at; // number of the latest among all messages
     };
 
     static void say(const char* severity, const std::string& message);
@@ -60,6 +63,7 @@ private:
     bool verbose;
     bool holding = false;
     std::vector<Held> held;
+    unsigned messages = 0;
 };
 
 } // namespace host

@@ -212,6 +212,19 @@ Json resultsHead(TheoreticalPerformance& performance, const std::string& documen
             {"input", inputOf(performance)}};
 }
 
+Json reactantsOf(const thermo::Mixture& mixture)
+{
+    Json list = Json::array();
+    for (int i = 0; i < mixture.size(); ++i) {
+        const thermo::_Species& entry = mixture._getSpecies(i);
+        list.push_back({{"name", entry.getSpecies()->getName()},
+                        {"massFraction", mixture.getMassFraction(i)},
+                        {"T", entry.getT()},
+                        {"p", entry.getP()}});
+    }
+    return list;
+}
+
 Json resultsLegend()
 {
     Json legend = stationLegend();
@@ -234,7 +247,8 @@ std::string textOf(const Json& results)
     return results.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
-Json resultsOf(TheoreticalPerformance& performance, const std::string& document, bool transport)
+Json resultsOf(TheoreticalPerformance& performance, const std::string& document,
+               const Certificate& certificate, bool transport)
 {
     Json results = resultsHead(performance, document);
     const reaction::Equilibrium& problem = performance.getChamber()
@@ -244,6 +258,7 @@ Json resultsOf(TheoreticalPerformance& performance, const std::string& document,
     results["optimized"] = performance.isOptimized();
     results["engine"] = engineOf(performance);
     results["stations"] = stationsOf(performance, transport);
+    results["certificate"] = certificate.results;
     results["units"] = resultsLegend();
     return results;
 }

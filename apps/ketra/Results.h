@@ -1,11 +1,14 @@
 #pragma once
 
-#include "StationResults.h"
+#include "Certificate.h"
 
 #include <string>
 
 namespace performance {
 class TheoreticalPerformance;
+}
+namespace thermo {
+class Mixture;
 }
 
 namespace host {
@@ -24,6 +27,9 @@ Json stationsOf(performance::TheoreticalPerformance& performance, bool transport
 /// delivered values. Null without nozzle flow.
 Json engineOf(performance::TheoreticalPerformance& performance);
 
+/// The entries of a sample.
+Json reactantsOf(const thermo::Mixture& mixture);
+
 /// What the numbers of all results are, and their units.
 Json resultsLegend();
 
@@ -32,6 +38,6 @@ std::string textOf(const Json& results);
 
 /// All results of a solved problem.
 Json resultsOf(performance::TheoreticalPerformance& performance, const std::string& document,
-               bool transport);
+               const Certificate& certificate, bool transport);
 
 } // namespace host

@@ -19,8 +19,12 @@ struct RunOptions {
     bool corrections = false; ///< delivered values even if the document does not ask for them
 };
 
-/// Solves a case and prints its report into the log. \throws Failure
-void solveAndReport(Case& engine, const RunOptions& options, HeldMessages& messages);
+/// Solves a case and has the result certified: one that is no solution is a failure.
+/// \throws Failure
+Certificate solveAndCertify(Case& engine, const RunOptions& options, HeldMessages& messages);
+/// Prints the report of a solved case into the log, and its certificate as the last line.
+/// \throws Failure
+void report(const Case& engine, const Certificate& certificate, const RunOptions& options);
 
 /// Checks a document, solves its problem, prints the report. \throws Failure
 ExitCode runDocument(const RunOptions& options);

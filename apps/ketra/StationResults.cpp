@@ -1,4 +1,5 @@
 #include "StationResults.h"
+#include "Certificate.h"
 #include "SpeciesText.h"
 
 #include <ketra/performance/equilibrium/NozzleSectionConditions.h>
@@ -207,6 +208,8 @@ Json stationResults(const Station& station, bool transport)
     };
     if (transport) results["transport"] = transportOf(station);
     results["composition"] = compositionOf(composition.getMixture());
+    results["certificate"] =
+        station.isFrozen() ? Json(nullptr) : certificateResults(*station.equilibrium);
     return results;
 }
 

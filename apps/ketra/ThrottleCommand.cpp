@@ -4,6 +4,7 @@
 #include "Failure.h"
 #include "Output.h"
 #include "Results.h"
+#include "SolvingFailure.h"
 #include "Text.h"
 
 #include <ketra/performance/ThrottlingPerformance.h>
@@ -29,6 +30,7 @@ struct Throttled {
     double ratio;
     std::unique_ptr<ThrottlingPerformance> performance; // null without a solution
     std::string failure;                                // why there is none
+    std::optional<Certificate> certificate;             // of what there is
 };
 
 void requireRatios(const std::vector<double>& ratios)
@@ -58,21 +60,31 @@ void holdExit(TheoreticalPerformance& design)
             exit->getFr(), /*supersonic=*/true);
 }
 
-Throttled throttle(const Case& design, double ratio, ReportLogger& reports)
+Throttled throttle(const Case& design, double ratio, bool strict, ReportLogger& reports)
 {
-    Throttled result{ratio, nullptr, ""};
+    Throttled result{ratio, nullptr, "", std::nullopt};
+    const std::string subject = design.getPath() + ", ratio " + plainText(ratio);
     HeldMessages messages(reports);
     try {
         result.performance = std::make_unique<ThrottlingPerformance>(
             &design.getPerformance(), ratio, /*calculateTransport=*/false);
+        result.certificate = certificateOf(*result.performance);
+        requireGrade(*result.certificate, subject, strict);
         messages.recovered();
     } catch (...) {
-        const Failure failure =
-            describeException(Stage::SOLVING, design.getPath() + ", ratio " + plainText(ratio));
+        const Failure failure = describeSolving(subject, messages);
         if (failure.getCode() == INTERNAL) throw failure;
+        result.performance.reset();
         result.failure = failure.what();
     }
     return result;
+}
+
+/// Empty where nothing was found that could be certified.
+std::string gradeOf(const Throttled& throttled)
+{
+    if (!throttled.certificate) return "";
+    return std::string(1, verification::letter(throttled.certificate->grade));
 }
 
 /// The cells behind the chamber's, for an engine with a nozzle.
@@ -93,8 +105,9 @@ void addNozzle(std::vector<Cell>& row, TheoreticalPerformance& performance)
 
 std::vector<Cell> rowOf(const Throttled& throttled)
 {
-    std::vector<Cell> row(9);
+    std::vector<Cell> row(10);
     row[0] = throttled.ratio;
+    if (throttled.certificate) row[9] = gradeOf(throttled);
     if (!throttled.performance) {
         row[8] = "failed";
         return row;
@@ -112,7 +125,8 @@ std::string tableOf(const std::vector<Throttled>& cases, bool english)
 {
     Table table({plainColumn("ratio", 6), pressureColumn("pc"), massFluxColumn("throat flux"),
                  velocityColumn("c*"), velocityColumn("Is vac"), velocityColumn("Is amb"),
-                 pressureColumn("pe"), pressureColumn("PaCrit"), plainColumn("flow", 0)},
+                 pressureColumn("pe"), pressureColumn("PaCrit"), plainColumn("flow", 0),
+                 plainColumn("grade", 0)},
                 english);
     for (const Throttled& throttled : cases) table.add(rowOf(throttled));
     return table.text();
@@ -123,12 +137,14 @@ Json resultsOf(const Throttled& throttled)
     Json result = {{"ratio", throttled.ratio},
                    {"failure", nullptr},
                    {"engine", nullptr},
-                   {"stations", nullptr}};
+                   {"stations", nullptr},
+                   {"certificate", nullptr}};
     if (!throttled.performance) {
         result["failure"] = throttled.failure;
     } else {
         result["engine"] = engineOf(*throttled.performance);
         result["stations"] = stationsOf(*throttled.performance, /*transport=*/false);
+        result["certificate"] = throttled.certificate->results;
     }
     return result;
 }
@@ -147,14 +163,17 @@ try {
 ExitCode conclude(const std::vector<Throttled>& cases, bool allowFailures)
 {
     std::size_t failed = 0;
+    bool refused = false; // only because the user takes no grade but A
     for (const Throttled& throttled : cases) {
         if (throttled.performance) continue;
         ++failed;
+        refused = refused || gradeOf(throttled) == "B";
         writeToStandardError("ketra: error: " + throttled.failure + "\n");
     }
     if (failed == 0) return GOOD;
     if (failed == cases.size()) return NOT_CONVERGED;
-    return allowFailures ? GOOD : SOME_FAILED;
+    if (allowFailures) return GOOD;
+    return refused ? NOT_CONVERGED : SOME_FAILED;
 }
 
 } // namespace
@@ -168,13 +187,14 @@ ExitCode throttleDocument(const ThrottleOptions& options)
     {
         HeldMessages messages(session.reports());
         design.solve(/*transport=*/false, messages);
+        requireGrade(design.certify(), design.getPath(), options.reading.strict);
         messages.recovered();
     }
     requireNozzle(design);
     holdExit(design.getPerformance());
     std::vector<Throttled> cases;
     for (const double ratio : options.ratios)
-        cases.push_back(throttle(design, ratio, session.reports()));
+        cases.push_back(throttle(design, ratio, options.reading.strict, session.reports()));
     if (options.json != "-")
         writeToStandardOutput(session.withLineEnds(tableOf(cases, options.english)));
     if (!options.json.empty()) writeToFile(options.json, jsonOf(design, cases));

@@ -21,8 +21,7 @@ class Examples(HostCase):
         """Results of the example of that number."""
         if number not in self.cache:
             path, = EXAMPLES.glob(f"{number:02}-*.cfg")
-            done = self.expect(GOOD, "run", path, "--strict", "--resources", RESOURCES, "--json",
-                               "-")
+            done = self.expect(GOOD, "run", path, "--resources", RESOURCES, "--json", "-")
             self.cache[number] = json.loads(done.stdout)
         return self.cache[number]
 
@@ -49,6 +48,20 @@ class Examples(HostCase):
         registered = (EXAMPLES / "CMakeLists.txt").read_text()
         for name in names:
             self.assertIn(name, registered)
+
+    def test_each_is_good_and_its_results_are_certified(self):
+        for path in sorted(EXAMPLES.glob("*.cfg")):
+            self.expect(GOOD, "check", path, "--strict", "--resources", RESOURCES)
+            results = self.example(int(path.name[:2]))
+            certificate = results["certificate"]
+            engine = results["engine"]
+            with self.subTest(example=path.stem):
+                # The stagnation pressure of a chamber of finite area is that of p + rho w^2/2,
+                # which costs the mass balance some 0.03 over the contraction ratio squared.
+                if engine and engine["contraction"] and certificate["grade"] == "B":
+                    self.assertIn("chamber end: mass flow", certificate["reason"])
+                else:
+                    self.assertEqual(certificate["grade"], "A", certificate["reason"])
 
     def test_elements_charge_and_total_enthalpy_are_kept_at_every_station(self):
         for path in sorted(EXAMPLES.glob("*.cfg")):
@@ -240,8 +253,8 @@ class Examples(HostCase):
 
     def test_a_lander_throttled_to_a_tenth(self):
         path, = EXAMPLES.glob("18-*.cfg")
-        done = self.expect(GOOD, "throttle", path, "--ratio", "1,0.1", "--strict", "--resources",
-                           RESOURCES, "--json", "-")
+        done = self.expect(GOOD, "throttle", path, "--ratio", "1,0.1", "--resources", RESOURCES,
+                           "--json", "-")
         design, tenth = json.loads(done.stdout)["cases"]
         pressure = [c["stations"]["chamber"]["state"]["p"] for c in (design, tenth)]
         self.assertLess(pressure[1], 0.1 * pressure[0])

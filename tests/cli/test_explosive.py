@@ -85,6 +85,8 @@ class Explosive(HostCase):
         for density in (100, 1000):
             heat = self.of(COMPOSITION_B, density=density)["heatOfExplosion"]
             self.assertIn(f"{heat / 1000:,.0f} kJ/kg", page)
+        heat = self.of(COMPOSITION_B, *INERT, density=100)["heatOfExplosion"]
+        self.assertIn(f"{heat / 1000:,.0f} kJ/kg", page)
 
     def test_steam_in_place_of_water(self):
         liquid = self.of("RDX(cr)")
@@ -150,12 +152,26 @@ class Explosive(HostCase):
                                  density=1)["heatOfExplosion"])
         done = self.explosive(GOOD, "--mixture", "RDX(cr)", "--density", 1, *INERT, "--omit",
                               "Ar")
-        self.assertIn(b"automatically removed into the list of omitted species", done.stderr)
+        self.assertIn(b"Argon cannot be omitted", done.stderr)
+
+    def test_the_inert_diluent_needs_no_list_of_products(self):
+        found = self.of("NG(L)", *INERT, density=1)
+        named = self.of("NG(L)", *INERT, "--include", *COMPLETE, density=1)
+        self.assertAlmostEqual(found["heatOfExplosion"] / named["heatOfExplosion"], 1.0,
+                               delta=1e-3)
+        self.assertEqual(found["certificate"]["grade"], "A")
+
+    def test_the_inert_diluent_finds_what_the_default_method_finds(self):
+        words = (*INERT, "--include", *COMPLETE)
+        found, literal = (self.of("NG(L)", *words, *more, density=1) for more in
+                          ((), ("--literal",)))
+        self.assertAlmostEqual(found["temperatureRise"] / literal["temperatureRise"], 1.0,
+                               delta=1e-4)
 
     def test_a_balance_that_closed_without_the_sample_is_no_result(self):
         out = self.folder / "out.json"
         done = self.explosive(NOT_CONVERGED, "--mixture", "NG(L)", "--density", 1, *INERT,
-                              "--json", out)
+                              "--literal", "--json", out)
         self.assertEqual(done.stdout, b"")
         self.assertFalse(out.exists())
         self.assertRegex(done.stderr.decode(), r"error: the products hold [0-9.]+ % (more|less) "
@@ -172,7 +188,8 @@ class Explosive(HostCase):
         self.assertEqual(list(results),
                          ["program", "version", "document", "name", "info", "input", "method",
                           "heatOfExplosion", "density", "temperature", "replacements",
-                          "included", "omitted", "temperatureRise", "cv", "products", "units"])
+                          "included", "omitted", "temperatureRise", "cv", "products",
+                          "certificate", "units"])
         self.assertIsNone(results["temperatureRise"])
         self.assertEqual(results["units"]["heatOfExplosion"], "J/kg")
         amounts = [p["moleFraction"] for p in results["products"]]

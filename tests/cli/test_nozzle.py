@@ -9,7 +9,8 @@ from host import (CHAMBER, COLD, DOCUMENT, FINITE, FROZEN, GOOD, NOT_CONVERGED, 
 
 AREA = 1e-3   # relative; the exit is found to 0.0005 in its area ratio
 HEADER = ["area ratio", "p [MPa]", "T [K]", "Mach", "w [m/s]", "rho [kg/m^3]", "M [g/mol]",
-          "gamma", "k"]
+          "gamma", "k", "grade"]
+NUMBERS = HEADER.index("grade") # columns before it hold numbers, as do those behind it
 
 
 class Nozzle(HostCase):
@@ -21,7 +22,8 @@ class Nozzle(HostCase):
         """The rows under the header, numbers where there are some."""
         done = self.nozzle(GOOD, text, "--csv", *arguments)
         rows = list(csv.reader(io.StringIO(done.stdout.decode(), newline="")))
-        return rows[0], [[float(cell) if cell else None for cell in row] for row in rows[1:]]
+        return rows[0], [[cell if cell in ("A", "B", "F") else float(cell) if cell else None
+                          for cell in row] for row in rows[1:]]
 
     def stations(self, text, *arguments):
         done = self.nozzle(GOOD, text, "--json", "-", *arguments)
@@ -110,12 +112,13 @@ class Nozzle(HostCase):
                            "--stations", "6", "--csv", "--json", self.folder / "out.json")
         rows = list(csv.reader(io.StringIO(done.stdout.decode(), newline="")))[1:]
         stations = json.loads((self.folder / "out.json").read_text())["stations"]
-        self.assertTrue(stations[-2]["frozen"])
+        self.assertTrue(stations[-1]["frozen"])
         for row, s in zip(rows, stations, strict=True):
             state, flow = s["state"], s["flow"]
             expected = (flow["areaRatio"], state["p"] / 1e6, state["T"], flow["Mach"], flow["W"],
                         state["rho"], state["M"] * 1000, state["gamma"], state["k"])
-            for shown, value in zip(row, expected, strict=True):
+            self.assertEqual(row[NUMBERS], s["grade"])
+            for shown, value in zip(row[:NUMBERS], expected, strict=True):
                 if value is None:
                     self.assertEqual(shown, "")
                 else:
@@ -141,7 +144,8 @@ class Nozzle(HostCase):
         self.assertEqual(len(lines), 2 + 7)
         self.assertEqual(lines[2].split()[0], "-")
         for line, row in zip(lines[3:], rows[1:]):
-            for shown, value in zip(line.split(), row):
+            self.assertEqual(line.split()[-1], row[-1])
+            for shown, value in zip(line.split()[:NUMBERS], row):
                 self.assertAlmostEqual(float(shown), value, delta=6e-3 if value > 100 else 6e-5)
 
     def test_english_units(self):
