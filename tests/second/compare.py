@@ -24,7 +24,9 @@ SPECIES = pathlib.Path(__file__).resolve().parents[2] / "resources/thermo.inp"
 SEED = 20040909
 ALL, SHORT, BLOCK = 2000, 150, 50
 MOST_EXCUSED = 0.05  # of all cases
-MOST_REFUSED = 0.01  # though there is an answer: a failure that says so is no wrong number
+# The cases of SEED that libketra refuses though they have an answer: as many condensed phases as
+# elements, or one less, beside a gas of nearly one inert species; vessels with hardly any gas.
+KNOWN_REFUSED = {16, 1270, 1496, 1855}
 BLENDED = "answered by a blend, though the real phases have an answer outside its band"
 KINDS = ("PT", "PH", "PS", "VT", "VU", "VS")
 
@@ -153,8 +155,10 @@ def main():
     print_table(results)
     kinds = collections.Counter(result.kind for result in results)
     excused = kinds["excused"] + kinds["beyond"]
+    known = KNOWN_REFUSED if arguments.seed == SEED else set()
+    refused = {result.case.number for result in results if result.kind == "refused"}
     within = (kinds["differ"] == kinds["lost"] == 0
-              and excused <= MOST_EXCUSED * count and kinds["refused"] <= MOST_REFUSED * count)
+              and excused <= MOST_EXCUSED * count and refused <= known)
     return 0 if within or arguments.literal else 1
 
 

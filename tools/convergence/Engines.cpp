@@ -77,9 +77,9 @@ Verdict solveEngine(const EngineCase& engine, Method method, bool optimum)
         return solved.finding == Finding::GRADE_B && atFlow.finding == Finding::GRADE_A ? solved
                                                                                         : atFlow;
     });
-    if (stage == Stage::CHAMBER && !isCertified(verdict.finding) && design &&
-        design->getChamber() != nullptr && verdict.finding != Finding::FALSE_SUCCESS) {
-        const std::string chamber = nameOf(Stage::CHAMBER), exit = nameOf(Stage::EXIT);
+    const std::string chamber = nameOf(Stage::CHAMBER), exit = nameOf(Stage::EXIT);
+    if (stage == Stage::CHAMBER && verdict.kind.starts_with(chamber + ", ") && design &&
+        design->getChamber() != nullptr) {
         verdict.kind.replace(0, chamber.size(), exit);
         verdict.detail.replace(0, chamber.size(), exit);
     }
